@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+/// A picture in memory, as the readers give it and the controls show it.
+/// A value: copied with its pixels, with no tie to a screen or a file.
+struct Picture {
+  int Width = 0;
+  int Height = 0;
+  /// 0xAARRGGBB, not premultiplied; Width * Height of them, in rows from the top.
+  std::vector<std::uint32_t> Pixels;
+};
