@@ -1,0 +1,374 @@
+#include "framework/PictReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Bytes = std::span<const std::byte>;
+
+constexpr int largestSide = 4096;
+/// A small file may draw large images again and again; no honest one draws more pixels than this in all.
+constexpr int mostPixelsDrawn = 4 * largestSide * largestSide;
+
+constexpr std::size_t fileHeaderSize = 512;
+constexpr std::uint32_t opaque = 0xFF000000;
+
+/// Reads big-endian values front to back. A read past the end gives zeros, and `Good` says so from then on,
+/// so that a record can be read whole and checked once.
+class Cursor {
+ public:
+  explicit Cursor(Bytes data) : data_(data) {}
+
+  bool Good() const { return good_; }
+  bool AtEnd() const { return position_ == data_.size(); }
+
+  Bytes Take(std::size_t count) {
+    if (count > data_.size() - position_) {
+      good_ = false;
+      position_ = data_.size();
+      return {};
+    }
+    return data_.subspan(std::exchange(position_, position_ + count), count);
+  }
+
+  std::uint32_t Number(std::size_t size) {
+    std::uint32_t value = 0;
+    for (std::byte part : Take(size)) value = value << 8 | std::to_integer<std::uint32_t>(part);
+    return value;
+  }
+  unsigned Byte() { return Number(1); }
+  unsigned Word() { return Number(2); }
+  std::uint32_t Long() { return Number(4); }
+  int Signed() { return static_cast<std::int16_t>(Number(2)); }
+
+  /// Opcodes stand at even positions.
+  void Align() {
+    if (position_ % 2 != 0) Take(1);
+  }
+
+ private:
+  Bytes data_;
+  std::size_t position_ = 0;
+  bool good_ = true;
+};
+
+struct Rect {
+  int Top = 0, Left = 0, Bottom = 0, Right = 0;
+
+  int Width() const { return Right - Left; }
+  int Height() const { return Bottom - Top; }
+  bool IsSane() const {
+    return Width() > 0 && Height() > 0 && Width() <= largestSide && Height() <= largestSide;
+  }
+  bool Holds(const Rect& other) const {
+    return other.Top >= Top && other.Left >= Left && other.Bottom <= Bottom && other.Right <= Right;
+  }
+};
+
+Rect ReadRect(Cursor& in) {
+  Rect rect;
+  rect.Top = in.Signed();
+  rect.Left = in.Signed();
+  rect.Bottom = in.Signed();
+  rect.Right = in.Signed();
+  return rect;
+}
+
+/// A region or polygon: its size, which counts itself, in front.
+void SkipSized(Cursor& in) {
+  const unsigned size = in.Word();
+  in.Take(std::max(size, 2u) - 2);
+}
+
+enum class Packing { None, NoPad, ByteRuns, WordRuns, ComponentRuns };
+
+/// How the rows of one pixel image are stored.
+struct PixelMap {
+  Rect Bounds;
+  unsigned RowBytes = 0;
+  unsigned PixelSize = 1;
+  unsigned Components = 1;
+  Packing Pack = Packing::None;
+  /// A plain bit map has no table: 0 is white and 1 is black.
+  std::array<std::uint32_t, 256> Colours{0xFFFFFFFF, opaque};
+
+  /// Bytes of a row once it is unpacked.
+  std::size_t RowSize() const {
+    if (Pack == Packing::NoPad) return RowBytes / 4 * 3;
+    if (Pack == Packing::ComponentRuns) return RowBytes / 4 * Components;
+    return RowBytes;
+  }
+};
+
+bool ReadColours(Cursor& in, PixelMap& map) {
+  in.Long();
+  const bool inOrder = (in.Word() & 0x8000) != 0;
+  const unsigned last = in.Word();
+  if (last >= map.Colours.size()) return false;
+  for (unsigned i = 0; i <= last; ++i) {
+    const unsigned value = in.Word();
+    std::uint32_t colour = opaque;
+    for (int shift : {16, 8, 0}) colour |= in.Word() >> 8 << shift;
+    map.Colours[inOrder ? i : value & 0xFF] = colour;
+  }
+  return in.Good();
+}
+
+std::optional<Packing> DirectPacking(unsigned packType, unsigned pixelSize) {
+  if (packType == 0) packType = pixelSize == 16 ? 3 : 4;
+  if (packType == 1) return Packing::None;
+  if (packType == 2 && pixelSize == 32) return Packing::NoPad;
+  if (packType == 3 && pixelSize == 16) return Packing::WordRuns;
+  if (packType == 4 && pixelSize == 32) return Packing::ComponentRuns;
+  return std::nullopt;
+}
+
+/// Reads a bit map or pixel map up to its rectangles. `direct` and `packed` are told by the opcode.
+std::optional<PixelMap> ReadPixelMap(Cursor& in, bool direct, bool packed) {
+  PixelMap map;
+  if (direct) in.Long();
+  const unsigned rowBytes = in.Word();
+  const bool isBitMap = (rowBytes & 0x8000) == 0;
+  map.RowBytes = rowBytes & 0x3FFF;
+  map.Bounds = ReadRect(in);
+  if (packed && !direct) map.Pack = Packing::ByteRuns;
+  if (isBitMap && direct) return std::nullopt;
+  if (!isBitMap) {
+    in.Word();
+    const unsigned packType = in.Word();
+    in.Take(4 + 4 + 4 + 2);  // packed size, two resolutions, pixel type
+    map.PixelSize = in.Word();
+    map.Components = in.Word();
+    in.Take(2 + 4 + 4 + 4);  // component size, plane offset, table handle, reserved
+    if (direct) {
+      if (map.PixelSize != 16 && map.PixelSize != 32) return std::nullopt;
+      if (map.PixelSize == 32 && map.Components != 3 && map.Components != 4) return std::nullopt;
+      const auto packing = DirectPacking(packType, map.PixelSize);
+      if (!packing) return std::nullopt;
+      map.Pack = *packing;
+    } else {
+      if (map.PixelSize != 1 && map.PixelSize != 2 && map.PixelSize != 4 && map.PixelSize != 8)
+        return std::nullopt;
+      if (!ReadColours(in, map)) return std::nullopt;
+    }
+  }
+  // Packing would gain nothing in such short rows, so they never are.
+  if (map.RowBytes < 8) map.Pack = Packing::None;
+  if (!in.Good() || !map.Bounds.IsSane()) return std::nullopt;
+  if (map.RowBytes * 8 < static_cast<unsigned>(map.Bounds.Width()) * map.PixelSize) return std::nullopt;
+  return map;
+}
+
+/// PackBits: a count byte n, then n + 1 units as they stand or, for a negative n, one unit to be repeated 1 -
+/// n times; -128 does nothing. True if that fills `row` to the byte.
+bool UnpackBits(Bytes packed, std::size_t unit, std::span<std::byte> row) {
+  Cursor in(packed);
+  std::size_t filled = 0;
+  while (!in.AtEnd()) {
+    const int count = static_cast<std::int8_t>(in.Byte());
+    if (count == -128) continue;
+    const bool literal = count >= 0;
+    const std::size_t size = unit * static_cast<std::size_t>(literal ? count + 1 : 1 - count);
+    const Bytes run = in.Take(literal ? size : unit);
+    if (!in.Good() || size > row.size() - filled) return false;
+    for (std::size_t i = 0; i < size; ++i) row[filled++] = run[i % run.size()];
+  }
+  return filled == row.size();
+}
+
+bool ReadRow(Cursor& in, const PixelMap& map, std::span<std::byte> row) {
+  if (map.Pack == Packing::None || map.Pack == Packing::NoPad) {
+    const Bytes stored = in.Take(row.size());
+    std::copy(stored.begin(), stored.end(), row.begin());
+    return in.Good();
+  }
+  const Bytes packed = in.Take(map.RowBytes > 250 ? in.Word() : in.Byte());
+  return in.Good() && UnpackBits(packed, map.Pack == Packing::WordRuns ? 2 : 1, row);
+}
+
+std::uint32_t PixelAt(const PixelMap& map, Bytes row, std::size_t x) {
+  const auto at = [row](std::size_t i) { return std::to_integer<std::uint32_t>(row[i]); };
+  if (map.PixelSize == 16) {
+    const std::uint32_t value = at(2 * x) << 8 | at(2 * x + 1);
+    std::uint32_t colour = opaque;
+    for (int part : {2, 1, 0}) {
+      const std::uint32_t five = value >> 5 * part & 0x1F;
+      colour |= (five << 3 | five >> 2) << 8 * part;
+    }
+    return colour;
+  }
+  if (map.PixelSize == 32) {
+    const bool planes = map.Pack == Packing::ComponentRuns;
+    const bool fourth = map.Components == 4 && map.Pack != Packing::NoPad;
+    const std::size_t step = planes ? map.RowBytes / 4 : 1;
+    const bool leadingByte = planes ? fourth : map.Pack == Packing::None;
+    const std::size_t first = planes ? x : x * (leadingByte ? 4 : 3);
+    const std::size_t red = first + (leadingByte ? step : 0);
+    return (fourth ? at(first) << 24 : opaque) | at(red) << 16 | at(red + step) << 8 | at(red + 2 * step);
+  }
+  const std::size_t bit = x * map.PixelSize;
+  const unsigned shift = static_cast<unsigned>(8 - map.PixelSize - bit % 8);
+  return map.Colours[at(bit / 8) >> shift & ((1u << map.PixelSize) - 1)];
+}
+
+class PictReader {
+ public:
+  explicit PictReader(Bytes file) : in_(file) {}
+
+  std::optional<Picture> Read() {
+    if (!ReadHeader()) return std::nullopt;
+    for (;;) {
+      in_.Align();
+      const unsigned opcode = in_.Word();
+      if (!in_.Good()) return std::nullopt;
+      if (opcode == 0x00FF) break;
+      if (!Perform(opcode) || !in_.Good()) return std::nullopt;
+    }
+    if (picture_.Pixels.empty()) return std::nullopt;
+    return std::move(picture_);
+  }
+
+ private:
+  bool ReadHeader() {
+    in_.Take(fileHeaderSize);
+    in_.Word();  // the low half of the size, of no use in large pictures
+    frame_ = ReadRect(in_);
+    if (in_.Word() != 0x0011 || in_.Word() != 0x02FF || in_.Word() != 0x0C00) return false;
+    const int kind = in_.Signed();
+    in_.Take(2 + 4 + 4);
+    const Rect native = ReadRect(in_);
+    in_.Long();
+    // The extended header tells the frame in the picture's own resolution, the one its pixels are drawn in.
+    if (kind == -2) frame_ = native;
+    return in_.Good() && frame_.IsSane();
+  }
+
+  bool Perform(unsigned opcode) {
+    switch (opcode) {
+      case 0x0090:
+      case 0x0091:
+      case 0x0098:
+      case 0x0099:
+      case 0x009A:
+      case 0x009B:
+        return DrawPixels(opcode);
+      default:
+        return Skip(opcode);
+    }
+  }
+
+  bool DrawPixels(unsigned opcode) {
+    const bool hasRegion = (opcode & 1) != 0;
+    const auto map = ReadPixelMap(in_, opcode >= 0x009A, opcode >= 0x0098);
+    if (!map) return false;
+    const Rect source = ReadRect(in_);
+    const Rect target = ReadRect(in_);
+    in_.Word();  // the transfer mode: all are taken as a copy
+    if (hasRegion) SkipSized(in_);
+    if (!in_.Good() || !map->Bounds.Holds(source) || !source.IsSane() || !target.IsSane()) return false;
+    if (!Spend(map->Bounds) || !Spend(target)) return false;
+
+    // Grows with the rows that are really there, so a short file never takes much memory here.
+    std::vector<std::uint32_t> pixels;
+    std::vector<std::byte> row(map->RowSize());
+    std::uint32_t anyAlpha = 0;
+    for (int y = 0; y < map->Bounds.Height(); ++y) {
+      if (!ReadRow(in_, *map, row)) return false;
+      for (int x = 0; x < map->Bounds.Width(); ++x) {
+        pixels.push_back(PixelAt(*map, row, static_cast<std::size_t>(x)));
+        anyAlpha |= pixels.back() & opaque;
+      }
+    }
+    // Many writers announce a fourth component and leave it empty.
+    if (anyAlpha == 0)
+      for (std::uint32_t& pixel : pixels) pixel |= opaque;
+    Copy(pixels, map->Bounds, source, target);
+    return true;
+  }
+
+  bool Spend(const Rect& rect) {
+    budget_ -= rect.Width() * rect.Height();
+    return budget_ >= 0;
+  }
+
+  void Copy(const std::vector<std::uint32_t>& pixels, const Rect& bounds, const Rect& source,
+            const Rect& target) {
+    if (picture_.Pixels.empty()) {
+      picture_.Width = frame_.Width();
+      picture_.Height = frame_.Height();
+      picture_.Pixels.resize(static_cast<std::size_t>(frame_.Width()) *
+                             static_cast<std::size_t>(frame_.Height()));
+    }
+    for (int y = std::max(target.Top, frame_.Top); y < std::min(target.Bottom, frame_.Bottom); ++y) {
+      const int fromY = source.Top - bounds.Top + (y - target.Top) * source.Height() / target.Height();
+      for (int x = std::max(target.Left, frame_.Left); x < std::min(target.Right, frame_.Right); ++x) {
+        const int fromX = source.Left - bounds.Left + (x - target.Left) * source.Width() / target.Width();
+        picture_.Pixels[static_cast<std::size_t>((y - frame_.Top) * frame_.Width() + x - frame_.Left)] =
+            pixels[static_cast<std::size_t>(fromY * bounds.Width() + fromX)];
+      }
+    }
+  }
+
+  /// Passes over the data of an opcode that draws no pixel image. False for one whose size cannot be told.
+  bool Skip(unsigned opcode) {
+    // Pattern, text, pen and colour settings, 0x0000 to 0x0023; -1 for sizes that are told below.
+    static constexpr std::array<int, 0x24> sizes{0, -1, 8, 2, 1, 2, 4,  4,  2,  8, 8, 4,  //
+                                                 4, 2,  4, 4, 8, 2, -1, -1, -1, 2, 2, 0,
+                                                 0, 0,  6, 6, 0, 6, 0,  6,  8,  4, 6, 2};
+    if (opcode < sizes.size() && sizes[opcode] >= 0) {
+      in_.Take(static_cast<std::size_t>(sizes[opcode]));
+    } else if (opcode == 0x0001) {
+      SkipSized(in_);
+    } else if (opcode < 0x0024) {
+      return false;  // pixel patterns
+    } else if (opcode >= 0x0028 && opcode <= 0x002B) {
+      static constexpr std::array<std::size_t, 4> placeSizes{4, 1, 1, 2};
+      in_.Take(placeSizes[opcode - 0x0028]);
+      in_.Take(in_.Byte());
+    } else if (opcode < 0x0030) {
+      in_.Take(in_.Word());
+    } else if (opcode < 0x0090) {
+      SkipShape(opcode);
+    } else if (opcode == 0x00A0) {
+      in_.Take(2);
+    } else if (opcode == 0x00A1) {
+      in_.Take(2);
+      in_.Take(in_.Word());
+    } else if (opcode < 0x00B0) {
+      in_.Take(in_.Word());
+    } else if (opcode >= 0x8100 || (opcode >= 0x00D0 && opcode < 0x0100)) {
+      in_.Take(in_.Long());
+    } else if (opcode >= 0x0100 && opcode < 0x8000) {
+      in_.Take(opcode >> 8 << 1);
+    }
+    return true;
+  }
+
+  /// Rectangles, round ones, ovals, arcs, polygons and regions: eight ways to draw a new one, then eight to
+  /// draw the last one again, where only arcs have data.
+  void SkipShape(unsigned opcode) {
+    const bool again = (opcode & 8) != 0;
+    if (opcode >= 0x0070) {
+      if (!again) SkipSized(in_);
+    } else if (opcode >= 0x0060) {
+      in_.Take(again ? 4 : 12);
+    } else if (!again) {
+      in_.Take(8);
+    }
+  }
+
+  Cursor in_;
+  Rect frame_;
+  Picture picture_;
+  int budget_ = mostPixelsDrawn;
+};
+
+}  // namespace
+
+std::optional<Picture> ReadPict(std::span<const std::byte> file) {
+  return PictReader(file).Read();
+}

@@ -1,0 +1,14 @@
+#include <cstdint>
+#include <cstdlib>
+
+#include "framework/PictReader.h"
+
+/// Whatever the file says, a picture that comes out is whole and within the limits.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto picture = ReadPict(std::as_bytes(std::span(data, size)));
+  if (!picture) return 0;
+  if (picture->Width < 1 || picture->Width > 4096 || picture->Height < 1 || picture->Height > 4096)
+    std::abort();
+  if (picture->Pixels.size() != static_cast<std::size_t>(picture->Width * picture->Height)) std::abort();
+  return 0;
+}
