@@ -1,5 +1,5 @@
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-                    -Wunused -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough)
+                    -Wunused -Wformat=2 -Wimplicit-fallthrough)
 if(DRAVIK_WERROR)
   add_compile_options(-Werror)
 endif()

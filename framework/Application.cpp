@@ -1,0 +1,348 @@
+#include "framework/Application.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <deque>
+#include <exception>
+#include <mutex>
+
+#include "framework/Baton.h"
+#include "framework/Pipe.h"
+#include "framework/Thread.h"
+#include "framework/Toolkit.h"
+
+namespace {
+
+/// A message that a thread asks the main thread to show.
+struct MessageRequest {
+  String text;
+  Pipe dismissed;
+};
+
+/// Leaves a handler that waits on the main thread while the program quits.
+struct Leaving {};
+
+using Callback = std::function<void()>;
+
+struct Run {
+  std::unique_ptr<Toolkit> toolkit;
+  Ref<Application> application;
+  std::vector<Ref<Window>> windows;  // in the order in which they were opened
+  void (*callbackRoutine)(const Callback&) = _CallFunctionWithExceptionHandling;
+  std::deque<Callback> deferred;  // events that came in the middle of a handler; main thread only
+  Area screen;
+  bool stale = false;
+  std::atomic<bool> quitting = false;
+  std::atomic<bool> quiet = false;
+  std::atomic<int> exitStatus = 0;
+  std::mutex requestsMutex;
+  std::deque<std::shared_ptr<MessageRequest>> requests;
+};
+
+Run& TheRun() {
+  static Run run;
+  return run;
+}
+
+/// Runs a callback of the program on the main thread, with the baton.
+void RunCallback(const Callback& callback) {
+  try {
+    TheRun().callbackRoutine(callback);
+  } catch (const Leaving&) {
+  }
+}
+
+/// On the main thread, with the baton.
+void UpdateScreen() {
+  Run& run = TheRun();
+  run.screen = run.toolkit->ScreenArea();
+  if (!std::exchange(run.stale, false)) return;
+  run.toolkit->Update(run.windows, run.application ? run.application->MenuBar : nullptr);
+}
+
+void ShowRequestedMessages() {
+  Run& run = TheRun();
+  for (;;) {
+    std::shared_ptr<MessageRequest> request;
+    {
+      const std::lock_guard lock(run.requestsMutex);
+      if (run.requests.empty() || run.quitting) return;
+      request = run.requests.front();
+      run.requests.pop_front();
+    }
+    run.toolkit->ShowMessage(request->text);
+    request->dismissed.CloseWriteEnd();
+  }
+}
+
+void MsgBoxFromThread(const String& text, Thread& thread) {
+  const auto request = std::make_shared<MessageRequest>(MessageRequest{text, Pipe::Open()});
+  {
+    const std::lock_guard lock(TheRun().requestsMutex);
+    TheRun().requests.push_back(request);
+  }
+  TheRun().toolkit->Wake();
+  {
+    const Baton::Pause pause;
+    std::array<pollfd, 2> fds{{{request->dismissed.ReadFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}}};
+    while (poll(fds.data(), fds.size(), -1) < 0) continue;
+  }
+  if (thread.Killed()) thread.Unwind();
+}
+
+struct EditItem {
+  const char* name;
+  EditCommand command;
+};
+
+constexpr std::array kEditItems{
+    EditItem{"EditUndo", EditCommand::kUndo}, EditItem{"EditCut", EditCommand::kCut},
+    EditItem{"EditCopy", EditCommand::kCopy}, EditItem{"EditPaste", EditCommand::kPaste},
+    EditItem{"EditClear", EditCommand::kClear}};
+
+const EditItem* EditItemNamed(const String& name) {
+  const auto found = std::find_if(kEditItems.begin(), kEditItems.end(),
+                                  [&](const EditItem& item) { return name == String(item.name); });
+  return found == kEditItems.end() ? nullptr : &*found;
+}
+
+bool DoesSomething(const MenuItem& item, const MenuHandlers& application, const Ref<Window>& front) {
+  if (!item.Children().empty() || item.HasAction() || application.Has(item.Name)) return true;
+  if (front && front->Handlers().Has(item.Name)) return true;
+  const EditItem* edit = EditItemNamed(item.Name);
+  return edit && TheRun().toolkit->CanEdit(edit->command);
+}
+
+void EnableItems(const MenuItem& parent, const MenuHandlers& application, const Ref<Window>& front) {
+  for (const auto& item : parent.Children()) {
+    if (item->AutoEnable) item->Enabled = DoesSomething(*item, application, front);
+    EnableItems(*item, application, front);
+  }
+}
+
+}  // namespace
+
+void Application::_AddMenuHandler(const String& name, MenuHandlers::Handler handler) {
+  handlers_.Add(name, std::move(handler));
+}
+
+Ref<Application> Application::Current() {
+  return TheRun().application;
+}
+
+void Application::Register(const Ref<Application>& application) {
+  TheRun().application = application;
+}
+
+void Application::Start(int& argc, char** argv) {
+  // A command that ends early must not end us with it.
+  std::signal(SIGPIPE, SIG_IGN);
+  TheRun().toolkit = Toolkit::Make(argc, argv);
+  TheRun().screen = TheRun().toolkit->ScreenArea();
+}
+
+void Application::RunFrameworkInitialization(void (*lateStartup)()) {
+  const Baton::Turn turn;
+  RunCallback([] { TheRun().application->Event_Open(); });
+  RunCallback(lateStartup);
+  UpdateScreen();
+}
+
+void Application::RunEventLoop() {
+  Run& run = TheRun();
+  if (!run.quitting) run.toolkit->RunLoop();
+  run.quitting = true;
+  Thread::EndAll();
+
+  const Baton::Turn turn;
+  while (!run.windows.empty()) {
+    const Ref<Window> last = run.windows.back();
+    RunCallback([&] { last->Close(); });
+    Forget(*last);  // also a window whose close event has raised something goes
+  }
+  UpdateScreen();
+  RunCallback([&] { run.application->Event_Close(); });
+}
+
+int Application::Shutdown() {
+  Run& run = TheRun();
+  run.application = nullptr;
+  run.deferred.clear();
+  run.toolkit.reset();
+  return run.exitStatus;
+}
+
+void Application::Deliver(std::function<void()> event) {
+  Run& run = TheRun();
+  if (run.quitting) return;
+  if (Baton::HeldHere()) {
+    run.deferred.push_back(std::move(event));
+    return;
+  }
+  const Baton::Turn turn;
+  RunCallback(event);
+  while (!run.deferred.empty() && !run.quitting) {
+    const Callback next = std::move(run.deferred.front());
+    run.deferred.pop_front();
+    RunCallback(next);
+  }
+  UpdateScreen();
+}
+
+void Application::Note(const std::function<void()>& change) {
+  const Baton::Turn turn;
+  change();
+  UpdateScreen();
+}
+
+void Application::RunPending() {
+  Run& run = TheRun();
+  if (run.quitting) run.toolkit->EndLoop();
+  const bool inHandler = Baton::HeldHere();
+  {
+    const Baton::Turn turn;
+    UpdateScreen();
+  }
+  if (!inHandler) ShowRequestedMessages();
+}
+
+void Application::RefreshMenus(const Ref<Window>& front) {
+  Deliver([front] {
+    const Ref<Application> application = Current();
+    if (application->MenuBar) EnableItems(*application->MenuBar, application->handlers_, front);
+    application->Event_EnableMenuItems();
+  });
+}
+
+void Application::Choose(const Ref<MenuItem>& item, const Ref<Window>& front) {
+  Deliver([item, front] {
+    if (!item->Enabled) return;
+    if (front && front->IsOpen() && front->Handlers().Run(item->Name)) return;
+    if (Current()->handlers_.Run(item->Name) || item->Event_Action()) return;
+    if (const EditItem* edit = EditItemNamed(item->Name)) TheRun().toolkit->Edit(edit->command);
+  });
+}
+
+void Application::ScreenChanged() {
+  Run& run = TheRun();
+  if (run.stale) return;
+  run.stale = true;
+  // The main thread hands the change over at the end of what it is doing.
+  if (Thread::Current() && run.toolkit) run.toolkit->Wake();
+}
+
+void Application::MenusChanged() {
+  ScreenChanged();
+}
+
+void Application::Place(Window& window) {
+  const Run& run = TheRun();
+  const auto centreOn = [&](const Area& area) {
+    window.Left = area.Left + (area.Width - window.Width) / 2;
+    window.Top = area.Top + (area.Height - window.Height) / 2;
+  };
+  constexpr int kDefaultOffset = 40;  // pixels from the corner of the screen
+  if (window.Placement == Window::kMainScreen) {
+    centreOn(run.screen);
+  } else if (window.Placement == Window::kParentWindow) {
+    const auto& parent = run.windows.front();  // the window the program opened first is its main window
+    if (parent.Get() == &window)
+      centreOn(run.screen);
+    else
+      centreOn({parent->Left, parent->Top, parent->Width, parent->Height});
+  } else {
+    window.Left = run.screen.Left + kDefaultOffset;
+    window.Top = run.screen.Top + kDefaultOffset;
+  }
+}
+
+void Application::Present(Window& window) {
+  Run& run = TheRun();
+  if (Thread::Current() || run.quitting) return;
+  UpdateScreen();
+  run.toolkit->Present(window);
+}
+
+void Application::Open(const Ref<Window>& window) {
+  TheRun().windows.push_back(window);
+  ScreenChanged();
+}
+
+void Application::Forget(Window& window) {
+  std::erase_if(TheRun().windows, [&](const Ref<Window>& open) { return open.Get() == &window; });
+  ScreenChanged();
+}
+
+const std::vector<Ref<Window>>& Application::OpenWindows() {
+  return TheRun().windows;
+}
+
+void Application::WaitForInput(const std::vector<int>& descriptors, int milliseconds) {
+  UpdateScreen();
+  TheRun().toolkit->WaitForInput(descriptors, milliseconds);
+}
+
+void Application::LeaveWhenQuitting() {
+  if (TheRun().quitting) throw Leaving();
+}
+
+void Application::QuitFromOutside() {
+  TheRun().quiet = true;
+  Quit(0);
+}
+
+bool Application::Quitting() {
+  return TheRun().quitting;
+}
+
+::Toolkit* Application::Toolkit() {
+  return TheRun().toolkit.get();
+}
+
+void Quit(int exitStatus) {
+  Run& run = TheRun();
+  if (run.quitting.exchange(true)) return;
+  run.exitStatus = exitStatus;
+  run.toolkit->Wake();
+}
+
+void MsgBox(const String& text) {
+  Run& run = TheRun();
+  if (run.quiet) {
+    std::fprintf(stderr, "%s\n", text.Utf8().c_str());
+  } else if (Thread* thread = Thread::Current()) {
+    MsgBoxFromThread(text, *thread);
+  } else {
+    UpdateScreen();
+    const Baton::Pause pause;
+    run.toolkit->ShowMessage(text);
+  }
+}
+
+void ShowURL(const String& address) {
+  TheRun().toolkit->OpenAddress(address);
+}
+
+void _CallFunctionWithExceptionHandling(const std::function<void()>& callback) {
+  try {
+    callback();
+  } catch (const std::exception& exception) {
+    MsgBox(String("An exception of the class ") + exception.what() + " was not handled.");
+  }
+}
+
+void InstallCallbackRoutine(void (*routine)(const std::function<void()>&)) {
+  TheRun().callbackRoutine = routine;
+}
+
+Ref<Window> _GetImplicitWindow(const String& name) {
+  for (const auto& window : TheRun().windows)
+    if (window->ImplicitName().Identical(name)) return window;
+  return nullptr;
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <functional>
+
+#include "framework/Color.h"
+#include "framework/Property.h"
+#include "framework/Text.h"
+
+class Window;
+
+/// Edges to which a control keeps its distance when its window is resized.
+enum Locks : unsigned { kLockNone = 0, kLockLeft = 1, kLockTop = 2, kLockRight = 4, kLockBottom = 8 };
+constexpr Locks operator|(Locks a, Locks b) {
+  return static_cast<Locks>(unsigned{a} | unsigned{b});
+}
+
+/// Where a control stands, as a row of a design table. Geometry is in pixels from the top left corner of the
+/// window's content.
+struct Place {
+  const char* Parent = "";  // the control it stands on, empty for the window itself
+  int Panel = 0;            // 0 for the window itself, else the tab, counted from 1
+  int TabIndex = 0;
+  int Left = 0, Top = 0, Width = 0, Height = 0;
+  Locks Lock = kLockLeft | kLockTop;
+};
+
+/// Base of everything that stands in a window. A control is made by its window and lives as long as it, or
+/// longer while a handler holds it. Properties hold the truth, also those a platform has no use for; the
+/// screen copies them.
+class Control : public Viewed {
+ public:
+  void Touch() override;
+
+  Property<String> Name{this};
+  Property<String> InitialParent{this};
+  Property<int> TabPanelIndex{this};
+  Property<int> TabIndex{this};
+  Property<int> Left{this}, Top{this}, Width{this}, Height{this};
+  Property<bool> LockLeft{this}, LockTop{this}, LockRight{this}, LockBottom{this};
+  Property<bool> Enabled{this, true};
+  Property<bool> Visible{this, true};
+  Property<bool> AutoDeactivate{this, true};
+  Property<bool> TabStop{this, true};
+  Property<String> HelpTag{this};
+
+  void Apply(const Place& place);
+
+  /// The window it stands in; nullptr once that has been closed.
+  ::Window* Window() const { return window_; }
+
+  /// True while a user can act on it: enabled, visible and in an open window.
+  bool Reachable() const { return window_ && Enabled && Visible; }
+
+  /// Grows by so many pixels with its window, by its locks.
+  void FollowWindow(int wider, int higher);
+
+  /// Whether a property changed since the last call.
+  bool TakeStale() { return std::exchange(stale_, false); }
+
+ private:
+  friend class Window;
+
+  ::Window* window_ = nullptr;
+  bool stale_ = true;
+};
+
+/// Base of the controls that show text.
+class TextControl : public Control {
+ public:
+  Property<String> TextFont{this, "System"};
+  Property<double> TextSize{this};  // pixels; 0 for the font's own size
+  Property<int> TextUnit{this};     // 0, the platform's default unit
+  Property<bool> Bold{this}, Italic{this}, Underline{this};
+};

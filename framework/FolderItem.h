@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+
+#include "framework/Object.h"
+#include "framework/Picture.h"
+#include "framework/String.h"
+#include "framework/TextInputStream.h"
+#include "framework/TextOutputStream.h"
+
+/// A file or folder by its path, whether or not there is such a thing.
+class FolderItem : public Object {
+ public:
+  explicit FolderItem(std::string path) : path_(std::move(path)) {}
+
+  /// The item of that name inside this folder.
+  Ref<FolderItem> Child(const String& name) const;
+  bool Exists() const;
+  /// A stream at the start of the file; nil when it is no readable regular file.
+  Ref<TextInputStream> OpenAsTextFile() const;
+  /// A stream on an empty file of that name, in place of one that is there; nil when it cannot be written.
+  Ref<TextOutputStream> CreateTextFile() const;
+  /// The picture in the file, nil when it cannot be read.
+  PictureRef OpenAsPicture() const;
+
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+/// Folders that the platform has a place for.
+class SpecialFolder {
+ public:
+  /// The user's preferences folder, made where it is missing; nil where no place for it can be told. On Linux
+  /// $XDG_CONFIG_HOME or ~/.config, on the Mac ~/Library/Preferences.
+  static Ref<FolderItem> Preferences();
+};
+
+/// The folder of the program's resources, or nil.
+Ref<FolderItem> _GetApplicationBundleResources();

@@ -1,0 +1,50 @@
+#include "framework/Folders.h"
+
+#include <filesystem>
+#ifdef __APPLE__
+#include <mach-o/dyld.h>
+
+#include <array>
+#endif
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path Executable() {
+  std::error_code failed;
+#ifdef __APPLE__
+  std::array<char, 4096> path{};
+  std::uint32_t size = path.size();
+  if (_NSGetExecutablePath(path.data(), &size) != 0) return {};
+  return fs::canonical(path.data(), failed);
+#else
+  return fs::read_symlink("/proc/self/exe", failed);
+#endif
+}
+
+std::string Installed(const char* kind, [[maybe_unused]] const char* inBundle) {
+  const fs::path executable = Executable();
+  if (executable.empty()) return {};
+  const fs::path folder = executable.parent_path();
+  const fs::path ours = fs::path(kind) / executable.filename();
+  std::error_code failed;
+#ifdef __APPLE__
+  if (const fs::path bundled = folder.parent_path() / inBundle; fs::is_directory(bundled, failed))
+    return bundled.string();
+#endif
+  for (const fs::path& candidate : {folder.parent_path() / ours, folder / ours})
+    if (fs::is_directory(candidate, failed)) return candidate.string();
+  return {};
+}
+
+}  // namespace
+
+std::string ToolFolder() {
+  static const std::string folder = Installed("libexec", "Helpers");
+  return folder;
+}
+
+std::string ResourcesFolder() {
+  return Installed("share", "Resources");
+}

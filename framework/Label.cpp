@@ -1,0 +1,11 @@
+#include "framework/Label.h"
+
+#include "framework/Window.h"
+
+void Label::UserMouseDown(int x, int y) {
+  if (!Reachable()) return;
+  if (MouseDown)
+    MouseDown(Ref<Label>(this), x, y);
+  else
+    Window()->UserMouseDown(Left + x, Top + y);
+}

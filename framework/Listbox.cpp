@@ -1,0 +1,100 @@
+#include "framework/Listbox.h"
+
+#include <algorithm>
+
+void Listbox::AddRow(const String& text) {
+  Row row(static_cast<std::size_t>(std::max<int>(ColumnCount, 1)));
+  row.front().Text = text;
+  rows_.Append(std::move(row));
+  Stale(ListCount() - 1);
+}
+
+void Listbox::RemoveRow(int row) {
+  if (row < 0 || row >= ListCount()) return;
+  rows_.Remove(static_cast<std::size_t>(row));
+  changes_.RowsRemoved = true;
+  ++generation_;
+  Touch();
+  if (row < listIndex_) {
+    --listIndex_;
+  } else if (row == listIndex_) {
+    ListIndex(-1);
+  }
+}
+
+void Listbox::DeleteAllRows() {
+  if (ListCount() == 0) return;
+  rows_.Clear();
+  changes_.RowsRemoved = true;
+  ++generation_;
+  Touch();
+  ListIndex(-1);
+}
+
+void Listbox::Cell(int row, int column, const String& text) {
+  if (CellData* cell = Writable(row, column)) cell->Text = text;
+}
+
+void Listbox::CellBold(int row, int column, bool bold) {
+  if (CellData* cell = Writable(row, column)) cell->Bold = bold;
+}
+
+void Listbox::CellItalic(int row, int column, bool italic) {
+  if (CellData* cell = Writable(row, column)) cell->Italic = italic;
+}
+
+void Listbox::CellAlignment(int row, int column, int alignment) {
+  if (CellData* cell = Writable(row, column)) cell->Alignment = alignment;
+}
+
+void Listbox::ListIndex(int row) {
+  if (row < 0 || row >= ListCount()) row = -1;
+  if (row == listIndex_) return;
+  listIndex_ = row;
+  Touch();
+  if (Change) Change(Ref<Listbox>(this));
+}
+
+void Listbox::UserSelect(int row, std::uint64_t generation) {
+  if (!Reachable()) return;
+  if (generation != generation_) {  // the user meant a row that is gone: show again what is selected
+    Touch();
+    return;
+  }
+  ListIndex(row);
+}
+
+void Listbox::UserDoubleClick() {
+  if (Reachable() && DoubleClick) DoubleClick(Ref<Listbox>(this));
+}
+
+Listbox::Changes Listbox::TakeChanges() {
+  return std::exchange(changes_, Changes());
+}
+
+const Listbox::CellData& Listbox::At(int row, int column) const {
+  static const CellData outside;
+  if (row < 0 || row >= ListCount()) return outside;
+  const Row& cells = RowData(row);
+  if (column < 0 || column >= static_cast<int>(cells.size())) return outside;
+  return cells[static_cast<std::size_t>(column)];
+}
+
+Listbox::CellData* Listbox::Writable(int row, int column) {
+  if (row < 0 || row >= ListCount()) return nullptr;
+  Row& cells = rows_[static_cast<std::size_t>(row)];
+  if (column < 0 || column >= static_cast<int>(cells.size())) return nullptr;
+  Stale(row);
+  return &cells[static_cast<std::size_t>(column)];
+}
+
+void Listbox::Stale(int row) {
+  if (changes_.FirstStale == changes_.EndStale) {
+    changes_.FirstStale = row;
+    changes_.EndStale = row + 1;
+  } else {
+    changes_.FirstStale = std::min(changes_.FirstStale, row);
+    changes_.EndStale = std::max(changes_.EndStale, row + 1);
+  }
+  Touch();
+}

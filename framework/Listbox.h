@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "framework/Control.h"
+#include "framework/GapBuffer.h"
+
+/// Rows of text cells with a style for each cell, addressed by row and column from 0. Out of range, a read
+/// gives "" or false and a write or removal does nothing.
+class Listbox : public TextControl {
+ public:
+  struct CellData {
+    String Text;
+    bool Bold = false;
+    bool Italic = false;
+    int Alignment = 0;
+  };
+  using Row = std::vector<CellData>;
+
+  /// What has changed since the screen last copied the rows. Rows below `FirstStale` and from `EndStale` on
+  /// are as they were, unless rows have been removed: then nothing is.
+  struct Changes {
+    int FirstStale = 0;
+    int EndStale = 0;
+    bool RowsRemoved = false;
+  };
+
+  Property<int> ColumnCount{this, 1};
+  Property<String> ColumnWidths{this};  // pixels, separated by commas
+  Property<bool> HasHeading{this};
+  Property<int> HeadingIndex{this, -1};
+  Property<bool> Border{this, true};
+  Property<int> GridLinesHorizontal{this}, GridLinesVertical{this};  // 0 none, 2 thin dotted, 3 thin solid
+  Property<bool> ScrollbarHorizontal{this}, ScrollBarVertical{this, true}, AutoHideScrollbars{this, true};
+  Property<int> DefaultRowHeight{this, -1};  // -1 automatic
+  Property<int> SelectionType{this};         // 0 one row at a time
+  Property<bool> RequiresSelection{this}, ColumnsResizable{this}, UseFocusRing{this, true};
+  Property<bool> Hierarchical{this}, EnableDrag{this}, EnableDragReorder{this};
+  Property<String> InitialValue{this};
+  /// How assistive technology tells a bold and an italic row; empty to say nothing of it.
+  Property<String> BoldRowMeans{this}, ItalicRowMeans{this};
+
+  /// After the selection has changed.
+  std::function<void(Ref<Listbox>)> Change;
+  /// A double click in the list, on a row or below the last one.
+  std::function<void(Ref<Listbox>)> DoubleClick;
+
+  /// A new last row with `text` in column 0.
+  void AddRow(const String& text);
+  void RemoveRow(int row);
+  /// Raises `Change` when a row was selected.
+  void DeleteAllRows();
+  int ListCount() const { return static_cast<int>(rows_.Size()); }
+
+  const String& Cell(int row, int column) const { return At(row, column).Text; }
+  void Cell(int row, int column, const String& text);
+  bool CellBold(int row, int column) const { return At(row, column).Bold; }
+  void CellBold(int row, int column, bool bold);
+  bool CellItalic(int row, int column) const { return At(row, column).Italic; }
+  void CellItalic(int row, int column, bool italic);
+  int CellAlignment(int row, int column) const { return At(row, column).Alignment; }
+  /// 0 the column's own, 1 left, 2 centred, 3 right.
+  void CellAlignment(int row, int column, int alignment);
+
+  /// The selected row, -1 for none.
+  int ListIndex() const { return listIndex_; }
+  /// Selects a row, or none for a row that is not there, and raises `Change` when that is another one.
+  void ListIndex(int row);
+
+  /// Counts removals: a row number that a user saw under another generation may mean another row now.
+  std::uint64_t Generation() const { return generation_; }
+  /// The user has selected a row (-1 for none) of the rows of this generation.
+  void UserSelect(int row, std::uint64_t generation);
+  void UserDoubleClick();
+
+  /// For the screen: all cells of a row in range, and what has changed since the last call.
+  const Row& RowData(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+  Changes TakeChanges();
+
+ private:
+  const CellData& At(int row, int column) const;
+  CellData* Writable(int row, int column);
+  void Stale(int row);
+
+  GapBuffer<Row> rows_;
+  int listIndex_ = -1;
+  std::uint64_t generation_ = 0;
+  Changes changes_;
+};

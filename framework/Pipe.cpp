@@ -1,0 +1,34 @@
+#include "framework/Pipe.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+/// `fd` itself, or a copy above the standard descriptors, which a child's redirections would overwrite.
+Descriptor AboveStandard(int fd) {
+  if (fd < 0 || fd > 2) return Descriptor(fd);
+  const Descriptor low(fd);
+  return Descriptor(fcntl(fd, F_DUPFD_CLOEXEC, 3));
+}
+
+}  // namespace
+
+void Descriptor::Close() {
+  if (fd_ >= 0) close(std::exchange(fd_, -1));
+}
+
+Pipe Pipe::Open() {
+  int ends[2] = {-1, -1};
+#ifdef __APPLE__  // has no pipe2; its children are spawned with POSIX_SPAWN_CLOEXEC_DEFAULT
+  const int failed = pipe(ends);
+  for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
+#else
+  const int failed = pipe2(ends, O_CLOEXEC);
+#endif
+  Pipe opened;
+  if (failed) return opened;
+  opened.read_ = AboveStandard(ends[0]);
+  opened.write_ = AboveStandard(ends[1]);
+  return opened;
+}

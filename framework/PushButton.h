@@ -1,0 +1,18 @@
+#pragma once
+
+#include "framework/Control.h"
+
+class PushButton : public TextControl {
+ public:
+  Property<String> Caption{this};
+  Property<bool> Default{this};  // pressed by the Return key
+  Property<bool> Cancel{this};   // pressed by the Escape key
+  Property<int> ButtonStyle{this};
+
+  std::function<void(Ref<PushButton>)> Action;
+
+  /// The user has pressed it.
+  void UserPress() {
+    if (Reachable() && Action) Action(Ref<PushButton>(this));
+  }
+};

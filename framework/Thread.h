@@ -1,0 +1,71 @@
+#pragma once
+
+#include <atomic>
+#include <thread>
+
+#include "framework/Object.h"
+#include "framework/Pipe.h"
+
+class Window;
+
+/// A cooperative thread of the program. Its code runs while it holds the baton; others run at its yield
+/// points, while a `Shell` waits for a command, and while a message box is up.
+///
+/// All members are called while the baton is held.
+class Thread : public Object {
+ public:
+  ~Thread() override;
+
+  /// Ends the thread by unwinding: at its next yield point, or where it waits. A command it waits for is
+  /// terminated.
+  virtual void Kill();
+  /// Lets a suspended thread go on.
+  virtual void Resume();
+  /// Starts `Event_Run` on the thread and returns at once. Raises ThreadAlreadyRunningException when the
+  /// last run has not ended.
+  virtual void Run();
+  /// The thread does nothing for so many milliseconds from its next yield point on.
+  virtual void Sleep(int milliseconds);
+  /// Stops the thread at its next yield point until `Resume`.
+  virtual void Suspend();
+
+  int Priority = 5;
+  int StackSize = 0;
+  ::Window* Window = nullptr;
+
+  /// The thread this code runs on, nullptr on the main thread.
+  static Thread* Current();
+
+  /// Readable from `Kill` on: what a wait on this thread watches besides its own matter.
+  int KillFd() const { return kill_.ReadFd(); }
+  bool Killed() const { return killed_; }
+
+  /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
+  [[noreturn]] void Unwind();
+
+  /// Kills all running threads and waits until they have ended. Called without the baton.
+  static void EndAll();
+
+ protected:
+  /// The thread's work.
+  virtual void Event_Run() = 0;
+
+ private:
+  friend void YieldPoint();
+
+  void Body();
+  void Yield();
+  void LookUp();
+
+  std::thread thread_;
+  bool running_ = false;
+  std::atomic<bool> killed_ = false;
+  std::atomic<bool> suspended_ = false;
+  int sleep_ = 0;        // milliseconds
+  bool lookUp_ = false;  // counted in what the baton is wanted for
+  Pipe kill_;
+};
+
+/// A place where other code of the program may run. Costs one relaxed load while nobody waits. Does nothing
+/// on the main thread, whose handlers run to their end.
+void YieldPoint();
