@@ -1,0 +1,157 @@
+#include "framework/PictReader.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <initializer_list>
+#include <iterator>
+#include <string>
+
+namespace {
+
+using Bytes = std::vector<std::byte>;
+
+Bytes ReadLogo() {
+  std::ifstream file(DRAVIK_SOURCE_DIR "/resources/logo64x64.pct", std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  const auto bytes = std::as_bytes(std::span(text));
+  return {bytes.begin(), bytes.end()};
+}
+
+/// Puts a picture file together, with words as the unit.
+class File {
+ public:
+  File(int width, int height) : bytes_(512 + 2) {
+    Rect(width, height)
+        .Words({0x0011, 0x02FF, 0x0C00, 0xFFFE, 0, 72, 0, 72, 0})
+        .Rect(width, height)
+        .Words({0, 0});
+  }
+  File& Words(std::initializer_list<int> words) {
+    for (int word : words) Raw({word >> 8 & 0xFF, word & 0xFF});
+    return *this;
+  }
+  File& Raw(std::initializer_list<int> values) {
+    for (int value : values) bytes_.push_back(static_cast<std::byte>(value));
+    return *this;
+  }
+  File& Rect(int width, int height) { return Words({0, 0, height, width}); }
+
+  Bytes End() {
+    if (bytes_.size() % 2 != 0) Raw({0});
+    Words({0x00FF});
+    return bytes_;
+  }
+
+ private:
+  Bytes bytes_;
+};
+
+constexpr int bitMap = 1;
+
+/// A pixel image of two pixels beside each other, drawn into `width` by `height`; its row is still to come.
+File& TwoPixels(File& file, int opcode, int rowBytes, int pixelSize, int packType, int components,
+                int width = 2, int height = 1) {
+  const bool direct = opcode == 0x009A;
+  file.Words({opcode});
+  if (direct) file.Words({0, 0xFF});
+  file.Words({rowBytes | (pixelSize == bitMap ? 0 : 0x8000)}).Rect(2, 1);
+  if (pixelSize != bitMap)
+    file.Words(
+        {0, packType, 0, 0, 72, 0, 72, 0, direct ? 16 : 0, pixelSize, components, 8, 0, 0, 0, 0, 0, 0});
+  if (pixelSize == 8) file.Words({0, 0, 0, 1, 7, 0xFFFF, 0x8080, 0, 9, 0, 0, 0xFFFF});
+  return file.Rect(2, 1).Rect(width, height).Words({0});
+}
+
+void ExpectWholeOrNothing(const std::optional<Picture>& picture) {
+  if (!picture) return;
+  ASSERT_TRUE(picture->Width > 0 && picture->Width <= 4096 && picture->Height > 0 && picture->Height <= 4096);
+  ASSERT_EQ(picture->Pixels.size(), static_cast<std::size_t>(picture->Width * picture->Height));
+}
+
+TEST(PictReader, ReadsTheLogo) {
+  const auto logo = ReadPict(ReadLogo());
+  ASSERT_TRUE(logo);
+  ASSERT_EQ(logo->Width, 64);
+  ASSERT_EQ(logo->Height, 64);
+  const auto at = [&](std::size_t x, std::size_t y) { return logo->Pixels[y * 64 + x]; };
+  EXPECT_EQ(at(0, 0) >> 24, 0u);
+  const auto shadow = at(32, 57) >> 24;
+  EXPECT_TRUE(shadow > 20 && shadow < 200) << shadow;
+  const auto light = at(49, 52);  // the lamp in front is green
+  EXPECT_EQ(light >> 24, 255u);
+  EXPECT_GT(light >> 8 & 0xFF, 40 + std::max(light >> 16 & 0xFF, light & 0xFF));
+}
+
+TEST(PictReader, ReadsEveryWayOfStoringPixels) {
+  struct Case {
+    const char* Name;
+    int Opcode, RowBytes, PixelSize, PackType, Components;
+    std::initializer_list<int> Row;
+    std::vector<std::uint32_t> Pixels;
+  };
+  const Case cases[] = {
+      {"bits, unpacked", 0x90, 2, bitMap, 0, 1, {0x40, 0}, {0xFFFFFFFF, 0xFF000000}},
+      {"bits, too short to be packed", 0x98, 2, bitMap, 0, 1, {0x80, 0}, {0xFF000000, 0xFFFFFFFF}},
+      {"bits, packed", 0x98, 8, bitMap, 0, 1, {4, 0, 0x80, 0xFA, 0}, {0xFF000000, 0xFFFFFFFF}},
+      {"table, unpacked", 0x90, 8, 8, 0, 1, {9, 7, 0, 0, 0, 0, 0, 0}, {0xFF0000FF, 0xFFFF8000}},
+      {"table, packed", 0x98, 8, 8, 0, 1, {6, 1, 7, 9, 0x80, 0xFB, 0}, {0xFFFF8000, 0xFF0000FF}},
+      {"16 bits", 0x9A, 4, 16, 1, 3, {0x7C, 0, 0, 0x10}, {0xFFFF0000, 0xFF000084}},
+      {"16 bits, packed", 0x9A, 8, 16, 3, 3, {6, 0xFF, 0x03, 0xE0, 0xFF, 0, 0}, {0xFF00FF00, 0xFF00FF00}},
+      {"32 bits", 0x9A, 8, 32, 1, 3, {0, 1, 2, 3, 9, 4, 5, 6}, {0xFF010203, 0xFF040506}},
+      {"without the pad byte", 0x9A, 8, 32, 2, 3, {1, 2, 3, 4, 5, 6}, {0xFF010203, 0xFF040506}},
+      {"components", 0x9A, 8, 32, 4, 3, {7, 5, 1, 4, 2, 5, 3, 6}, {0xFF010203, 0xFF040506}},
+      {"alpha", 0x9A, 8, 32, 4, 4, {7, 1, 0x80, 0, 0xFF, 1, 0xFD, 2}, {0x80010202, 0x00010202}},
+      {"alpha left empty", 0x9A, 8, 32, 0, 4, {6, 0xFF, 0, 0xFD, 1, 0xFF, 2}, {0xFF010102, 0xFF010102}},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.Name);
+    File file(2, 1);
+    TwoPixels(file, test.Opcode, test.RowBytes, test.PixelSize, test.PackType, test.Components).Raw(test.Row);
+    const auto picture = ReadPict(file.End());
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture->Pixels, test.Pixels);
+  }
+}
+
+TEST(PictReader, SkipsWhatItDoesNotDraw) {
+  File file(4, 2);
+  file.Words({0x0000, 0x001E, 0x0001, 10}).Rect(4, 2).Words({0x0004, 0, 0x0007, 1, 1, 0x001A, 0, 0, 0});
+  file.Words({0x0022, 0, 0, 0, 0x0028, 1, 1}).Raw({3, 'a', 'b', 'c'}).Words({0x002B, 1}).Raw({1, 'a'});
+  file.Words({0x002C, 2, 0, 0x0030, 0, 0, 1, 1, 0x0038, 0x0060, 0, 0, 1, 1, 0, 90, 0x0068, 0, 90});
+  file.Words({0x0070, 10, 0, 0, 1, 1, 0x0078, 0x00A0, 1, 0x00A1, 1, 4, 1, 1, 0x0092, 2, 0, 0x00B0});
+  file.Words({0x00D0, 0, 2, 0, 0x0200, 1, 1, 0x8000, 0x8200, 0, 4, 1, 1});
+  TwoPixels(file, 0x90, 2, bitMap, 0, 1, 4, 1).Raw({0x40, 0});
+  const auto picture = ReadPict(file.End());
+  ASSERT_TRUE(picture);
+  // Stretched to twice its width, and nothing below it.
+  const std::uint32_t white = 0xFFFFFFFF, black = 0xFF000000;
+  EXPECT_EQ(picture->Pixels, (std::vector<std::uint32_t>{white, white, black, black, 0, 0, 0, 0}));
+}
+
+TEST(PictReader, RefusesWhatIsTooLarge) {
+  const auto drawn = [](int side, int times) {
+    File file(side, side);
+    for (int i = 0; i < times; ++i) TwoPixels(file, 0x90, 2, bitMap, 0, 1, side, side).Raw({0, 0});
+    return ReadPict(file.End()).has_value();
+  };
+  EXPECT_TRUE(drawn(4096, 1));
+  EXPECT_FALSE(drawn(4097, 1));
+  EXPECT_FALSE(drawn(4096, 5)) << "a small file kept the reader drawing";
+  EXPECT_FALSE(drawn(2, 0)) << "a picture without pixels";
+}
+
+TEST(PictReader, SurvivesBrokenFiles) {
+  Bytes logo = ReadLogo();
+  for (std::size_t size = 0; size < logo.size(); ++size)
+    ASSERT_FALSE(ReadPict(std::span(logo).first(size))) << size;
+  for (std::size_t i = 512; i < logo.size(); ++i) {
+    for (int mask : {0x01, 0xFF}) {
+      logo[i] ^= static_cast<std::byte>(mask);
+      ExpectWholeOrNothing(ReadPict(logo));
+      logo[i] ^= static_cast<std::byte>(mask);
+    }
+  }
+}
+
+}  // namespace
