@@ -1,0 +1,209 @@
+#include "linux/Devices.h"
+
+#include <fcntl.h>
+#include <libudev.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "linux/ContentProbe.h"
+#include "linux/FileDescriptor.h"
+#include "linux/Label.h"
+#include "linux/PartitionTypes.h"
+
+namespace diskutil {
+namespace {
+
+struct Unref {
+  void operator()(udev* context) const { udev_unref(context); }
+  void operator()(udev_device* device) const { udev_device_unref(device); }
+};
+template <typename T>
+using Counted = std::unique_ptr<T, Unref>;
+
+// A device as udev told of it, before its content is known.
+struct Found {
+  std::string path;  // Its folder in sysfs.
+  Device device;
+  bool described =
+      false;  // udev's database knows the device: what it does not say, the device does not have.
+};
+
+std::string_view View(const char* text) {
+  return text ? std::string_view(text) : std::string_view();
+}
+
+std::string_view Property(udev_device* device, const char* name) {
+  return View(udev_device_get_property_value(device, name));
+}
+
+std::uint64_t Number(std::string_view text) {
+  std::uint64_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+// A number the kernel keeps for a block device: `attribute` is a file in its folder. 0 when there is none.
+std::uint64_t KernelNumber(const std::string& folder, const char* attribute) {
+  const FileDescriptor file(open((folder + "/" + attribute).c_str(), O_RDONLY | O_CLOEXEC));
+  std::array<char, 24> text{};
+  const ssize_t length = file ? read(file.Number(), text.data(), text.size()) : -1;
+  return length > 0 ? Number({text.data(), static_cast<std::size_t>(length)}) : 0;
+}
+
+bool IsPartition(udev_device* device) {
+  return View(udev_device_get_devtype(device)) == "partition";
+}
+
+struct Attachment {
+  std::string_view sign;  // Part of the device's path in sysfs.
+  std::string_view protocol;
+  bool external;
+  Device::Origin origin;
+};
+
+// The first sign found in the path counts: a card reader on USB is USB.
+constexpr std::array kAttachments = {
+    Attachment{"/virtual/block/loop", "Disk Image", false, Device::Origin::Image},
+    Attachment{"/virtual/", "Virtual", false, Device::Origin::Virtual},
+    Attachment{"/usb", "USB", true, Device::Origin::Physical},
+    Attachment{"/fw", "FireWire", true, Device::Origin::Physical},
+    Attachment{"/mmc_host/", "Secure Digital", true, Device::Origin::Physical},
+    Attachment{"/nvme/", "NVMe", false, Device::Origin::Physical},
+    Attachment{"/ata", "SATA", false, Device::Origin::Physical},
+    Attachment{"/virtio", "Virtio", false, Device::Origin::Physical},
+    Attachment{"", "SCSI", false, Device::Origin::Physical},
+};
+
+void DescribeAttachment(udev_device* disk, Device& device) {
+  const std::string_view path = View(udev_device_get_syspath(disk));
+  const auto& attachment = *std::ranges::find_if(
+      kAttachments, [&](const Attachment& each) { return path.find(each.sign) != std::string_view::npos; });
+  device.protocol = attachment.protocol;
+  device.external = attachment.external;
+  device.origin = attachment.origin;
+  if (device.protocol == "Secure Digital") {
+    // The same bus carries cards and chips soldered to the board ("MMC").
+    udev_device* card = udev_device_get_parent_with_subsystem_devtype(disk, "mmc", nullptr);
+    device.external = !card || View(udev_device_get_sysattr_value(card, "type")) != "MMC";
+  }
+}
+
+// What udev tells of the block device `name`, without opening it. Nothing for a drive that holds no medium.
+std::optional<Found> Read(udev* context, std::string_view name) {
+  const std::string folder = "/sys/class/block/" + std::string(name);
+  constexpr std::uint64_t kSector = 512;  // The unit of "size", whatever the disk's own sectors are.
+  const std::uint64_t bytes = KernelNumber(folder, "size") * kSector;
+  if (bytes == 0) return std::nullopt;
+  const Counted<udev_device> source(udev_device_new_from_syspath(context, folder.c_str()));
+  if (!source || !udev_device_get_devnode(source.get())) return std::nullopt;
+
+  Found found;
+  found.path = View(udev_device_get_syspath(source.get()));
+  Device& device = found.device;
+  device.node = View(udev_device_get_devnode(source.get()));
+  device.number = udev_device_get_devnum(source.get());
+  device.bytes = bytes;
+  device.readOnly = KernelNumber(folder, "ro") != 0;
+  device.tableType = Property(source.get(), "ID_PART_TABLE_TYPE");
+  device.entryScheme = Property(source.get(), "ID_PART_ENTRY_SCHEME");
+  device.entryType = DecodeUdevEscapes(Property(source.get(), "ID_PART_ENTRY_TYPE"));
+  device.fsType = Property(source.get(), "ID_FS_TYPE");
+  device.fsUsage = Property(source.get(), "ID_FS_USAGE");
+  device.label = DecodeUdevEscapes(Property(source.get(), "ID_FS_LABEL_ENC"));
+  device.uuid = DecodeUdevEscapes(Property(source.get(), "ID_FS_UUID_ENC"));
+  found.described = udev_device_get_is_initialized(source.get()) > 0 || !device.tableType.empty() ||
+                    !device.entryType.empty() || !device.fsType.empty();
+  if (IsPartition(source.get())) {
+    device.id.partition = static_cast<std::uint32_t>(Number(Property(source.get(), "PARTN")));
+    if (device.id.partition == 0) return std::nullopt;
+  } else {
+    device.id.disk = KernelNumber(folder, "diskseq");
+    device.removable = KernelNumber(folder, "removable") != 0;
+    DescribeAttachment(source.get(), device);
+  }
+  return found;
+}
+
+// Everything udev tells, in order of the identifiers. We go through the kernel's folder ourselves: libudev's
+// own enumeration makes an object of every empty loop device, and takes as long for that as for all the rest.
+std::vector<Found> Enumerate() {
+  const Counted<udev> context(udev_new());
+  if (!context) throw std::bad_alloc();
+  std::vector<Found> all;
+  for (const auto& entry : std::filesystem::directory_iterator("/sys/class/block")) {
+    const std::string name = entry.path().filename();
+    if (name.starts_with("ram") || name.starts_with("zram")) continue;
+    if (auto found = Read(context.get(), name)) all.push_back(std::move(*found));
+  }
+
+  // A partition stands in the folder of its disk and takes after it.
+  std::map<std::string_view, const Device*> disks;
+  for (const Found& found : all) {
+    if (found.device.id.partition == 0) disks.emplace(found.path, &found.device);
+  }
+  for (auto& [path, device, described] : all) {
+    if (device.id.partition == 0) continue;
+    const auto disk = disks.find(std::string_view(path).substr(0, path.rfind('/')));
+    if (disk == disks.end()) continue;
+    device.id.disk = disk->second->id.disk;
+    device.removable = disk->second->removable;
+    device.protocol = disk->second->protocol;
+    device.external = disk->second->external;
+    device.origin = disk->second->origin;
+  }
+  std::erase_if(all, [](const Found& found) { return found.device.id.disk == 0; });
+  std::ranges::sort(all, {}, [](const Found& found) { return found.device.id; });
+  return all;
+}
+
+// Adds what only the device itself can tell. Opens it no more often than that takes.
+Device Complete(Found found) {
+  Device& device = found.device;
+  if (!found.described) ProbeContent(device);
+  device.type =
+      TypeName(device, device.fsType == "hfsplus" ? ReadCaseRule(device.node) : CaseRule::Insensitive);
+  return std::move(device);
+}
+
+}  // namespace
+
+std::vector<Device> ListDevices() {
+  std::vector<Device> devices;
+  for (Found& found : Enumerate()) devices.push_back(Complete(std::move(found)));
+  return devices;
+}
+
+std::optional<Device> FindDevice(const Identifier& id) {
+  for (Found& found : Enumerate()) {
+    if (found.device.id == id) return Complete(std::move(found));
+  }
+  return std::nullopt;
+}
+
+std::optional<Identifier> IdentifierOf(dev_t number) {
+  const Counted<udev> context(udev_new());
+  if (!context) return std::nullopt;
+  const Counted<udev_device> device(udev_device_new_from_devnum(context.get(), 'b', number));
+  if (!device) return std::nullopt;
+  udev_device* disk = device.get();
+  std::uint64_t partition = 0;
+  if (IsPartition(disk)) {
+    partition = Number(Property(disk, "PARTN"));
+    disk = udev_device_get_parent(disk);
+    if (!disk || partition == 0) return std::nullopt;
+  }
+  const std::uint64_t sequence = KernelNumber(udev_device_get_syspath(disk), "diskseq");
+  if (sequence == 0) return std::nullopt;
+  return Identifier{sequence, static_cast<std::uint32_t>(partition)};
+}
+
+}  // namespace diskutil
