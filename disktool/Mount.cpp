@@ -1,0 +1,39 @@
+#include "app/App.h"
+#include "framework/Application.h"
+#include "framework/Shell.h"
+#include "windows/Window1.h"
+#include "windows/Window2.h"
+
+// Both methods read the row that is selected at that moment and style the row they were given, by what was
+// asked for and not by what happened: only the next scan tells the truth again. They differ on purpose in
+// when the feedback window shows, in which codes are reported, and in the spelling of the verb.
+
+void Window1::mountThisDisk(int row) {
+  if (App()->showFeedbackWin) {
+    Window2()->staticTitle()->Text = "Executing the command 'diskutil mount'";
+    Window2()->StaticText1()->Text =
+        "Mounting «" + ListBox2()->Cell(ListBox2()->ListIndex(), 0) + "»." + Chr(13) + "Please wait...";
+    Window2()->Show();
+  }
+  const auto shell = New<Shell>();
+  shell->Execute("diskutil mount " + ListBox2()->Cell(ListBox2()->ListIndex(), 3));
+  if (shell->ErrorCode() > 0) MsgBox("Error code: " + Str(shell->ErrorCode()));
+  Window2()->Close();
+  for (int column = 0; column < 4; ++column) ListBox2()->CellBold(row, column, true);
+  for (int column = 0; column < 4; ++column) ListBox2()->CellItalic(row, column, false);
+}
+
+void Window1::unMountThisDisk(int row) {
+  constexpr int kPassedOver = 256;
+  Window2()->staticTitle()->Text = "Executing the command 'diskutil unmount'";
+  Window2()->StaticText1()->Text =
+      "unMounting «" + ListBox2()->Cell(ListBox2()->ListIndex(), 0) + "»." + Chr(13) + "Please wait...";
+  Window2()->Show();
+  const auto shell = New<Shell>();
+  shell->Execute("diskutil unMount " + ListBox2()->Cell(ListBox2()->ListIndex(), 3));
+  if (shell->ErrorCode() > 0 && shell->ErrorCode() != kPassedOver)
+    MsgBox("Error code: " + Str(shell->ErrorCode()));
+  Window2()->Close();
+  for (int column = 0; column < 4; ++column) ListBox2()->CellBold(row, column, false);
+  for (int column = 0; column < 4; ++column) ListBox2()->CellItalic(row, column, true);
+}
