@@ -42,6 +42,8 @@ class Control : public Viewed {
   Property<bool> AutoDeactivate{this, true};
   Property<bool> TabStop{this, true};
   Property<String> HelpTag{this};
+  /// What assistive technology calls the control; empty where its own text says it.
+  Property<String> AccessibleName{this};
 
   void Apply(const Place& place);
 

@@ -51,6 +51,12 @@ class Window : public Viewed {
     return Cast<T>(ControlNamed(name));
   }
 
+  /// The item of that name in the window's menu bar as a `T`; nil when there is none.
+  template <class T>
+  Ref<T> ItemNamed(const String& name) const {
+    return Cast<T>(MenuBar->_Lookup(name));
+  }
+
   /// Runs `handler` when the item of that name is chosen while this window is in front.
   void _AddMenuHandler(const String& name, MenuHandlers::Handler handler);
   const MenuHandlers& Handlers() const { return handlers_; }
