@@ -9,6 +9,7 @@ Drawings are functions from a point to a colour; `render` asks for many points i
 (red, green, blue, alpha), each from 0 to 1 and not premultiplied.
 """
 
+import functools
 import math
 import pathlib
 import struct
@@ -20,6 +21,7 @@ FOLDER = pathlib.Path(__file__).resolve().parent
 
 # --- colours and shapes ------------------------------------------------------------------------------------------
 
+@functools.lru_cache(None)
 def rgb(text):
     return tuple(int(text[i:i + 2], 16) / 255 for i in (0, 2, 4))
 
@@ -195,7 +197,7 @@ def logo(u, v):
     if part < 1:
         return (*wall(x + (ground_x - x) * part, y + (ground_y - y) * part, -THICKNESS * part), 1.0)
     close = ramp(0.12, -0.02, body_distance(ground_x, ground_y))
-    wide = ramp(0.3, -0.15, body_distance(ground_x, ground_y + 0.1))
+    wide = ramp(0.22, -0.15, body_distance(ground_x, ground_y + 0.1))
     return (0.03, 0.05, 0.1, 0.4 * close + 0.3 * wide)
 
 
