@@ -1,6 +1,7 @@
 #include "framework/String.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 
 namespace {
@@ -9,10 +10,6 @@ constexpr char32_t kCarriedByte = 0xDC00;  // plus the byte, 0x80 to 0xFF
 
 bool IsAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-bool IsAscii(std::u32string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char32_t c) { return c < 0x80; });
 }
 
 struct Sequence {
@@ -73,41 +70,116 @@ void Encode(char32_t c, std::string& utf8) {
   }
 }
 
-template <class Char>
-Char LowerAscii(Char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<Char>(c + ('a' - 'A')) : c;
+char32_t LowerAscii(char32_t c) {
+  return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
 }
+
+constexpr std::size_t kLeastCapacity = 32;  // characters
 
 }  // namespace
 
-String::String(std::string utf8) {
-  if (IsAscii(utf8))
-    text_ = std::move(utf8);
-  else
-    text_ = Decode(utf8);
+String::Shared* String::Allocate(std::size_t capacity, bool wide) {
+  const std::size_t bytes = capacity * (wide ? sizeof(char32_t) : sizeof(char));
+  return new (::operator new(sizeof(Shared) + bytes)) Shared{1, wide, 0, capacity};
 }
 
-String::String(Wide wide) {
-  if (IsAscii(wide))
-    text_ = Ascii(wide.begin(), wide.end());
-  else
-    text_ = std::move(wide);
+void String::Free(Shared* shared) {
+  shared->~Shared();
+  ::operator delete(shared);
+}
+
+String::String(std::string_view utf8) {
+  if (utf8.empty()) return;
+  if (IsAscii(utf8)) {
+    if (utf8.size() == 1) {
+      single_ = static_cast<unsigned char>(utf8[0]);
+      return;
+    }
+    shared_ = Allocate(utf8.size(), false);
+    std::copy(utf8.begin(), utf8.end(), shared_->Ascii());
+    shared_->size = utf8.size();
+    return;
+  }
+  const std::u32string text = Decode(utf8);
+  if (text.size() == 1) {
+    single_ = text[0];
+    return;
+  }
+  shared_ = Allocate(text.size(), true);
+  std::copy(text.begin(), text.end(), shared_->Wide());
+  shared_->size = text.size();
 }
 
 std::string String::Utf8() const {
-  if (const auto* ascii = std::get_if<Ascii>(&text_)) return *ascii;
   std::string utf8;
-  for (const char32_t c : std::get<Wide>(text_)) Encode(c, utf8);
+  Visit([&](auto text) {
+    utf8.reserve(text.size());
+    for (const auto c : text) Encode(static_cast<char32_t>(c), utf8);
+  });
   return utf8;
 }
 
 String String::Slice(std::size_t index, std::size_t count) const {
-  if (const auto* ascii = std::get_if<Ascii>(&text_)) {
-    String slice;
-    slice.text_.emplace<Ascii>(*ascii, index, count);
-    return slice;
+  if (count == 0) return {};
+  if (count == 1) return String((*this)[index]);
+  if (count == Size()) return *this;
+  const bool wide = IsWide();
+  String slice;
+  slice.shared_ = Allocate(count, wide);
+  slice.shared_->size = count;
+  if (wide)
+    std::copy_n(shared_->Wide() + index, count, slice.shared_->Wide());
+  else
+    std::copy_n(shared_->Ascii() + index, count, slice.shared_->Ascii());
+  return slice;
+}
+
+// The characters move to a larger run, or to one of our own where this one is shared, or to a wide one where
+// the tail needs it.
+void String::Append(const String& tail) {
+  if (tail.Empty()) return;
+  if (Empty()) {
+    *this = tail;
+    return;
   }
-  return String(std::get<Wide>(text_).substr(index, count));
+  const std::size_t size = Size();
+  const std::size_t whole = size + tail.Size();
+  const bool wide = IsWide() || tail.IsWide();
+  const bool fits = shared_ && shared_->references.load(std::memory_order_acquire) == 1 &&
+                    shared_->capacity >= whole && shared_->wide == wide;
+  const String kept = tail;  // may be this very text
+  if (!fits) {
+    Shared* const larger = Allocate(std::max({kLeastCapacity, whole, size * 2}), wide);
+    for (std::size_t i = 0; i < size; ++i) {
+      if (wide)
+        larger->Wide()[i] = (*this)[i];
+      else
+        larger->Ascii()[i] = static_cast<char>((*this)[i]);
+    }
+    larger->size = size;
+    Release();
+    shared_ = larger;
+    single_ = kNone;
+  }
+  kept.Visit([&](auto text) {
+    if (wide)
+      std::copy(text.begin(), text.end(), shared_->Wide() + size);
+    else
+      std::transform(text.begin(), text.end(), shared_->Ascii() + size,
+                     [](auto c) { return static_cast<char>(c); });
+  });
+  shared_->size = whole;
+}
+
+bool String::Identical(const String& other) const {
+  if (Size() != other.Size()) return false;
+  if (shared_ == other.shared_ && single_ == other.single_) return true;
+  return Visit([&](auto left) {
+    return other.Visit([&](auto right) {
+      return std::equal(left.begin(), left.end(), right.begin(),
+                        [](auto a, auto b) { return static_cast<char32_t>(a) == static_cast<char32_t>(b); });
+    });
+  });
 }
 
 String operator+(const String& head, const String& tail) {

@@ -41,7 +41,7 @@ Integer InStr(Integer start, const String& source, const String& find) {
   return index == std::string::npos ? 0 : static_cast<Integer>(index) + 1;
 }
 
-String Mid(const String& source, Integer start, Integer length) {
+String Part(const String& source, Integer start, Integer length) {
   const Integer size = Len(source);
   if (start > size || length <= 0) return {};
   if (start < 1) {
@@ -51,7 +51,6 @@ String Mid(const String& source, Integer start, Integer length) {
     start = 1;
   }
   const Integer count = std::min(length, size - start + 1);
-  if (count == 1) return String(source[static_cast<std::size_t>(start - 1)]);
   return source.Slice(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(count));
 }
 

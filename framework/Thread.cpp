@@ -121,6 +121,6 @@ void Thread::EndAll() {
     if (thread->thread_.joinable()) thread->thread_.join();
 }
 
-void YieldPoint() {
-  if (Baton::Wanted() && current) current->Yield();
+void Thread::YieldCurrent() {
+  if (current) current->Yield();
 }

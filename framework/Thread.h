@@ -3,6 +3,7 @@
 #include <atomic>
 #include <thread>
 
+#include "framework/Baton.h"
 #include "framework/Object.h"
 #include "framework/Pipe.h"
 
@@ -40,6 +41,9 @@ class Thread : public Object {
   int KillFd() const { return kill_.ReadFd(); }
   bool Killed() const { return killed_; }
 
+  /// Lets others run, whom the baton is wanted by; see YieldPoint.
+  static void YieldCurrent();
+
   /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
   [[noreturn]] void Unwind();
 
@@ -51,8 +55,6 @@ class Thread : public Object {
   virtual void Event_Run() = 0;
 
  private:
-  friend void YieldPoint();
-
   void Body();
   void Yield();
   void LookUp();
@@ -68,4 +70,6 @@ class Thread : public Object {
 
 /// A place where other code of the program may run. Costs one relaxed load while nobody waits. Does nothing
 /// on the main thread, whose handlers run to their end.
-void YieldPoint();
+inline void YieldPoint() {
+  if (Baton::Wanted()) Thread::YieldCurrent();
+}
