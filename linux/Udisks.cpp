@@ -95,28 +95,34 @@ Answer Call(sd_bus* bus, sd_bus_message* call, std::chrono::microseconds limit) 
   return answer;
 }
 
+struct Connection {
+  Bus bus;  // Nothing when there is no bus.
+  bool timedOut = false;
+};
+
 // Connects and waits until the bus has let us in, which a bus that accepts and then says nothing never does.
-Bus Connect(std::chrono::microseconds limit) {
-  if (!Lib().complete) return nullptr;
+Connection Connect(std::chrono::microseconds limit) {
+  if (!Lib().complete) return {};
   sd_bus* made = nullptr;
-  if (Lib().sd_bus_new(&made) < 0) return nullptr;
+  if (Lib().sd_bus_new(&made) < 0) return {};
   Bus bus(made);
   const char* set = secure_getenv("DBUS_SYSTEM_BUS_ADDRESS");
   const char* address = set && *set ? set : "unix:path=/run/dbus/system_bus_socket";
   if (Lib().sd_bus_set_address(made, address) < 0 || Lib().sd_bus_set_bus_client(made, 1) < 0 ||
       Lib().sd_bus_start(made) < 0) {
-    return nullptr;
+    return {};
   }
   const auto end = std::chrono::steady_clock::now() + limit;
   while (Lib().sd_bus_is_ready(made) == 0) {
     const int done = Lib().sd_bus_process(made, nullptr);
+    if (done < 0) return {};
     if (done > 0) continue;
     const auto left =
         std::chrono::duration_cast<std::chrono::microseconds>(end - std::chrono::steady_clock::now());
-    if (done < 0 || left.count() <= 0) return nullptr;
-    if (Lib().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())) < 0) return nullptr;
+    if (left.count() <= 0) return {nullptr, true};
+    if (Lib().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())) < 0) return {};
   }
-  return Lib().sd_bus_is_ready(made) > 0 ? std::move(bus) : nullptr;
+  return {Lib().sd_bus_is_ready(made) > 0 ? std::move(bus) : nullptr};
 }
 
 // Goes through a container of `contents`, calling `read` for each element until it fails.
@@ -210,7 +216,8 @@ Failure FromError(const Answer& answer) {
 }  // namespace
 
 MaybeFailure Udisks::Request(const char* method, dev_t number) const {
-  const Bus bus = Connect(timeLimit_);
+  const auto [bus, timedOut] = Connect(timeLimit_);
+  if (timedOut) return Failure{Failure::Reason::TimedOut, {}};
   if (!bus) return Failure{Failure::Reason::NoService, {}};
 
   sd_bus_message* made = nullptr;
