@@ -1,5 +1,6 @@
 #include "windows/Window2.h"
 
+#include "framework/Application.h"
 #include "windows/Pictures.h"
 #include "windows/Window1.h"
 

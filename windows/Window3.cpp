@@ -1,5 +1,7 @@
 #include "windows/Window3.h"
 
+#include "framework/Application.h"
+
 namespace {
 
 constexpr Locks L = kLockLeft;
