@@ -1,0 +1,125 @@
+#include "framework/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+constexpr Integer kLeast = std::numeric_limits<Integer>::min();
+constexpr Integer kMost = std::numeric_limits<Integer>::max();
+constexpr Integer kNumbers[] = {kLeast, kLeast + 1, -9, -8, -1, 0, 1, 2, 3, 5, 6, 7, 8, kMost - 1, kMost};
+
+const String kTexts[] = {"", "x", "abcdef", "aäbΩ�c", "\xF0\x9F\x92\xBE disk", "b\xFF\x80y\xC3"};
+
+/// The rule itself, a position at a time.
+std::string MidByRule(const String& source, Integer start, Integer length) {
+  std::string part;
+  for (Integer position = 1; position <= Len(source); ++position) {
+    if (position < start || length <= 0) continue;
+    const auto behindStart = static_cast<std::uint64_t>(position) - static_cast<std::uint64_t>(start);
+    if (behindStart < static_cast<std::uint64_t>(length))
+      part += Chr(static_cast<Integer>(source[static_cast<std::size_t>(position - 1)])).Utf8();
+  }
+  return part;
+}
+
+TEST(Text, MidTakesWhatLiesInBothRangesForAnyNumbers) {
+  for (const String& text : kTexts)
+    for (const Integer start : kNumbers)
+      for (const Integer length : kNumbers)
+        EXPECT_EQ(Mid(text, start, length).Utf8(), MidByRule(text, start, length))
+            << text.Utf8() << " " << start << " " << length;
+}
+
+TEST(Text, InStrFindsFromAnyStart) {
+  const struct {
+    Integer Start;
+    const char *Source, *Find;
+    Integer Position;
+  } cases[] = {
+      {0, "Mounted: x", "Mounted:", 1},
+      {kLeast, "ab", "b", 2},
+      {1, "abab", "AB", 1},
+      {2, "abab", "Ab", 3},
+      {3, "abab", "ab", 3},
+      {4, "abab", "ab", 0},
+      {5, "abab", "b", 0},
+      {kMost, "abab", "b", 0},
+      {0, "", "x", 0},
+      {0, "aab", "ab", 2},  // a false start runs into the true one
+      {0, "0: apple_hfs", "Apple_HFS", 4},
+      {0, "ΩΩdISK1", "disk", 3},
+      {0, "\xFF\xFE GB", "GB", 4},  // bytes that are no text count one each
+      {0, "É", "é", 0},             // only ASCII letters have two cases
+      {0, "@[`{", "`{@[", 0},       // and their neighbours have none
+      {0, "[", "{", 0},
+      {0, "ab", "abc", 0},
+  };
+  for (const auto& test : cases)
+    EXPECT_EQ(InStr(test.Start, test.Source, test.Find), test.Position)
+        << test.Start << " \"" << test.Source << "\" \"" << test.Find << "\"";
+}
+
+TEST(Text, TrimTakesAllWhiteSpaceOffTheEndsOnly) {
+  for (const Integer code : {0x09, 0x0A, 0x0B, 0x0C, 0x0D, 0x20, 0x85, 0xA0, 0x1680, 0x2003, 0x2028, 0x2029,
+                             0x202F, 0x205F, 0x3000}) {
+    const String space = Chr(code);
+    EXPECT_EQ(Trim(space + space + "a" + space + "b" + space).Utf8(), ("a" + space + "b").Utf8()) << code;
+    EXPECT_EQ(Trim(space + space).Utf8(), "") << code;
+  }
+  // A zero width space and a byte that is no text are no white space.
+  EXPECT_EQ(Trim("\u200Ba\x85").Utf8(), "\u200Ba\x85");
+}
+
+TEST(Text, EveryByteComesOutAsItWentIn) {
+  std::string bytes;
+  for (int first = 0; first < 256; ++first)
+    for (const int second : {0x00, 0x41, 0x7F, 0x80, 0x9F, 0xA0, 0xBF, 0xC0, 0xED, 0xF4, 0xFF})
+      for (const char byte : {static_cast<char>(first), static_cast<char>(second), '\xBF', '\x80'})
+        bytes += byte;
+  const String text = bytes;
+  EXPECT_EQ(text.Utf8(), bytes);
+
+  // Character by character, as the scan takes text apart and puts it together again.
+  String rebuilt;
+  for (Integer position = 1; position <= Len(text); ++position) rebuilt += Chr(Asc(Mid(text, position, 1)));
+  EXPECT_EQ(rebuilt.Utf8(), bytes);
+  EXPECT_TRUE(rebuilt.Identical(text));
+}
+
+TEST(Text, CountsCodePointsAndRefusesFalseOnes) {
+  const struct {
+    const char* Utf8;
+    Integer Length;
+  } cases[] = {
+      {"ä", 1},
+      {"\xF0\x9F\x92\xBE", 1},
+      {"\xC0\x80", 2},          // a zero spelled too long
+      {"\xED\xA0\x80", 3},      // half of a surrogate pair
+      {"\xF4\x90\x80\x80", 4},  // behind the last code point
+      {"\xE2\x82", 2},          // cut short
+      {"\xE2\x82x", 3},
+      {"\xFF", 1},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(Len(test.Utf8), test.Length) << test.Utf8;
+    EXPECT_EQ(String(test.Utf8).Utf8(), test.Utf8);
+  }
+  for (const Integer code : {kLeast, Integer{-1}, Integer{0x110000}, kMost})
+    EXPECT_EQ(Chr(code).Utf8(), "\uFFFD") << code;
+}
+
+TEST(Text, EqualityIgnoresCaseAndIdenticalDoesNot) {
+  EXPECT_TRUE(String("yEs") == "YES");
+  EXPECT_FALSE(String("yEs").Identical("YES"));
+  EXPECT_FALSE(String("yes") == "yes ");
+  EXPECT_FALSE(String("Ä") == "ä");
+  // Text that lost its last wide character equals text that never had one.
+  const String narrowed = Mid("Ωyes", 2, 3);
+  EXPECT_TRUE(narrowed.Identical("yes"));
+  EXPECT_EQ(Str(kLeast).Utf8(), "-9223372036854775808");
+  EXPECT_EQ(Str(kMost).Utf8(), "9223372036854775807");
+}
+
+}  // namespace

@@ -1,0 +1,132 @@
+#include "tests/headless/HeadlessToolkit.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+#include "framework/Application.h"
+#include "framework/Baton.h"
+#include "framework/Pipe.h"
+
+namespace {
+
+constexpr auto kPatience = std::chrono::seconds(20);
+constexpr int kTick = 10;  // milliseconds between two looks at a condition
+
+class HeadlessToolkit : public Toolkit {
+ public:
+  HeadlessToolkit() { current = this; }
+  ~HeadlessToolkit() override { current = nullptr; }
+
+  void RunLoop() override {
+    if (const auto script = std::exchange(TheStage().Script, nullptr)) script();
+    while (!ended_) WaitForInput({}, -1);
+  }
+  void EndLoop() override { ended_ = true; }
+
+  void Wake() override {
+    if (!woken_.exchange(true)) [[maybe_unused]]
+      const auto written = write(wake_.WriteFd(), "w", 1);
+  }
+
+  void Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>&) override {
+    Stage& stage = TheStage();
+    stage.OpenWindows.clear();
+    for (const auto& window : open) {
+      const std::string name = window->ImplicitName().Utf8();
+      stage.OpenWindows.push_back(name);
+      if (std::ranges::find(stage.WindowsSeen, name) == stage.WindowsSeen.end())
+        stage.WindowsSeen.push_back(name);
+      if (!window->TakeStale()) continue;
+      for (const auto& control : window->Controls())
+        if (control->TakeStale())
+          if (const auto list = Cast<Listbox>(control)) CopyRows(*list);
+    }
+  }
+
+  void Present(Window&) override {}
+
+  void ShowMessage(const String& text) override {
+    Stage& stage = TheStage();
+    stage.Messages.push_back(text.Utf8());
+    if (stage.Answers.empty()) {
+      std::fprintf(stderr, "Nobody answers the message box \"%s\".\n", text.Utf8().c_str());
+      std::abort();
+    }
+    const auto answer = std::move(stage.Answers.front());
+    stage.Answers.pop_front();
+    answer();
+  }
+
+  void WaitForInput(const std::vector<int>& descriptors, int milliseconds) override {
+    std::vector<pollfd> fds{{wake_.ReadFd(), POLLIN, 0}};
+    for (const int descriptor : descriptors) fds.push_back({descriptor, POLLIN, 0});
+    poll(fds.data(), fds.size(), milliseconds);
+    if (!(fds.front().revents & POLLIN)) return;
+    char byte;
+    [[maybe_unused]] const auto got = read(wake_.ReadFd(), &byte, 1);
+    woken_ = false;
+    Application::RunPending();
+  }
+
+  Area ScreenArea() override { return {0, 0, 1280, 800}; }
+  void OpenAddress(const String& address) override { TheStage().Addresses.push_back(address.Utf8()); }
+  PictureRef ReadPicture(const std::string&) override {
+    ++TheStage().PicturesRead;
+    return std::make_shared<const Picture>(Picture{1, 1, {0xFFFFFFFF}});
+  }
+  bool CanEdit(EditCommand) override { return TheStage().CanEdit; }
+  void Edit(EditCommand command) override { TheStage().Edits.push_back(command); }
+
+  bool Ended() const { return ended_; }
+
+  static HeadlessToolkit* current;
+
+ private:
+  static void CopyRows(Listbox& list) {
+    auto& copy = TheStage().Lists[&list];
+    const Listbox::Changes changes = list.TakeChanges();
+    copy.resize(static_cast<std::size_t>(list.ListCount()));
+    const int end = std::min(changes.RowsRemoved ? list.ListCount() : changes.EndStale, list.ListCount());
+    for (int row = changes.RowsRemoved ? 0 : changes.FirstStale; row < end; ++row)
+      copy[static_cast<std::size_t>(row)] = list.RowData(row);
+  }
+
+  Pipe wake_ = Pipe::Open();
+  std::atomic<bool> woken_ = false;
+  bool ended_ = false;
+};
+
+HeadlessToolkit* HeadlessToolkit::current = nullptr;
+
+}  // namespace
+
+std::unique_ptr<Toolkit> Toolkit::Make(int&, char**) {
+  return std::make_unique<HeadlessToolkit>();
+}
+
+Stage& TheStage() {
+  static Stage stage;
+  return stage;
+}
+
+void DismissMessages(int count) {
+  for (int i = 0; i < count; ++i) TheStage().Answers.emplace_back([] {});
+}
+
+bool PumpUntil(const std::function<bool()>& condition) {
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  for (;;) {
+    {
+      const Baton::Turn turn;
+      if (condition()) return true;
+    }
+    if (HeadlessToolkit::current->Ended() || std::chrono::steady_clock::now() > deadline) return false;
+    HeadlessToolkit::current->WaitForInput({}, kTick);
+  }
+}

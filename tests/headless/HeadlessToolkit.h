@@ -1,0 +1,41 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "framework/Listbox.h"
+#include "framework/Toolkit.h"
+
+/// What a test does to the toolkit without a screen, and what it saw. It outlives the toolkit. On the main
+/// thread alone.
+struct Stage {
+  /// Runs as the event loop starts, in place of the user. The loop goes on behind it until a quit.
+  std::function<void()> Script;
+  /// What to do while each message box is up, one for each box in their order. A box nobody answers ends the
+  /// test at once.
+  std::deque<std::function<void()>> Answers;
+  std::vector<std::string> Messages;
+
+  /// Class names of the windows that were open at the last update, and of all that were at any.
+  std::vector<std::string> OpenWindows;
+  std::vector<std::string> WindowsSeen;
+  /// Each list as a screen shows it: a copy that is kept up by what the lists say has changed.
+  std::map<const Listbox*, std::vector<Listbox::Row>> Lists;
+
+  std::vector<std::string> Addresses;
+  int PicturesRead = 0;
+  bool CanEdit = false;
+  std::vector<EditCommand> Edits;
+};
+
+Stage& TheStage();
+
+/// Answers the next message boxes by dismissing them.
+void DismissMessages(int count);
+
+/// Does what the main thread does between two events until the condition holds, which is looked at with the
+/// baton. False when it does not within some seconds, or not by the end of the program.
+bool PumpUntil(const std::function<bool()>& condition);

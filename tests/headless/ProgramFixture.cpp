@@ -1,0 +1,162 @@
+#include "tests/headless/ProgramFixture.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "app/Startup.h"
+#include "framework/Application.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void Reach(const String& name, const std::function<void(const Ref<Control>&)>& act) {
+  Application::Deliver([&] {
+    const auto control = Window1()->Named<Control>(name);
+    if (control && control->Reachable())
+      act(control);
+    else
+      ADD_FAILURE() << "cannot be used: " << name.Utf8();
+  });
+}
+
+std::string Style(const Listbox& list, int row) {
+  int bold = 0, italic = 0;
+  for (int column = 0; column < 4; ++column) {
+    bold += list.CellBold(row, column);
+    italic += list.CellItalic(row, column);
+  }
+  if (list.CellAlignment(row, 1) != 3) return "size not at the right";
+  if (bold == 4 && italic == 0) return "mounted";
+  if (bold == 0 && italic == 4) return "not mounted";
+  return "bold " + std::to_string(bold) + ", italic " + std::to_string(italic);
+}
+
+}  // namespace
+
+ProgramFixture::ProgramFixture() {
+  std::string folder = testing::TempDir() + "dravik-XXXXXX";
+  if (!mkdtemp(folder.data())) std::abort();
+  home_ = folder;
+  config_ = home_ / "config";
+  tool_ = home_ / "bin";
+  fs::create_directories(config_);
+  fs::create_directories(tool_);
+  fs::create_symlink(DRAVIK_SOURCE_DIR "/tests/tools/diskutil", tool_ / "diskutil");
+  setenv("HOME", home_.c_str(), 1);
+  setenv("XDG_CONFIG_HOME", config_.c_str(), 1);
+  setenv("PATH", (tool_.string() + ":/usr/bin:/bin").c_str(), 1);
+  WritePrefs(false, false, false);
+}
+
+ProgramFixture::~ProgramFixture() {
+  std::error_code failed;
+  fs::permissions(config_, fs::perms::owner_all, failed);
+  fs::remove_all(home_, failed);
+}
+
+int ProgramFixture::RunProgram(std::function<void()> user) {
+  TheStage().Script = [user = std::move(user)] {
+    user();
+    if (!Application::Quitting()) Choose("FileQuit");
+  };
+  const int status = _Main(0, nullptr);
+  EXPECT_TRUE(TheStage().Answers.empty()) << TheStage().Answers.size() << " message boxes did not come up";
+  return status;
+}
+
+void ProgramFixture::Write(const std::string& name, const std::string& text) const {
+  std::ofstream(tool_ / name, std::ios::binary) << text;
+}
+
+std::vector<std::string> ProgramFixture::Calls() const {
+  std::vector<std::string> calls;
+  std::istringstream log(TextOf(tool_ / "log"));
+  for (std::string line; std::getline(log, line);) {
+    if (line == ">")
+      calls.emplace_back();
+    else
+      calls.back() += (calls.back().empty() ? "" : "|") + line;
+  }
+  return calls;
+}
+
+void ProgramFixture::WritePrefs(const std::string& text) const {
+  std::ofstream(PrefsFile(), std::ios::binary) << text;
+}
+
+void ProgramFixture::WritePrefs(bool scan, bool feedback, bool unMount) const {
+  const auto line = [](bool value) { return value ? "\nyes\n#" : "\nno\n#"; };
+  WritePrefs(std::string("#\n1.3\n#") + line(scan) + line(feedback) + line(unMount) + "\n");
+}
+
+std::string ProgramFixture::ReadPrefs() const {
+  return TextOf(PrefsFile());
+}
+
+void ProgramFixture::Press(const String& button) {
+  Reach(button, [](const auto& control) { Cast<PushButton>(control)->UserPress(); });
+}
+
+void ProgramFixture::Select(int row) {
+  Reach("ListBox2", [row](const auto& control) {
+    const auto list = Cast<Listbox>(control);
+    list->UserSelect(row, list->Generation());
+  });
+}
+
+void ProgramFixture::DoubleClick() {
+  Reach("ListBox2", [](const auto& control) { Cast<Listbox>(control)->UserDoubleClick(); });
+}
+
+void ProgramFixture::SelectTab(int tab) {
+  Reach("TabPanel1", [tab](const auto& control) { Cast<TabPanel>(control)->UserSelect(tab); });
+}
+
+void ProgramFixture::Tick(const String& box, bool ticked) {
+  Reach(box, [ticked](const auto& control) { Cast<CheckBox>(control)->UserSet(ticked); });
+}
+
+void ProgramFixture::Choose(const String& menuItem) {
+  const auto front = Read([] { return Application::OpenWindows().back(); });
+  Application::RefreshMenus(front);
+  Application::Choose(Read([&] { return Application::Current()->MenuBar->_Lookup(menuItem); }), front);
+}
+
+void ProgramFixture::CloseMainWindow() {
+  Application::Deliver([] { Window1()->UserClose(); });
+}
+
+void ProgramFixture::Scan() {
+  Press("scanButton");
+  EXPECT_TRUE(WaitForScan());
+}
+
+bool ProgramFixture::WaitForScan() {
+  return PumpUntil([] { return Window1()->scanTheBus1()->KillFd() < 0; });
+}
+
+std::string ProgramFixture::Table() {
+  const Baton::Turn turn;
+  const auto list = Window1()->ListBox2();
+  std::string text;
+  for (int row = 0; row < list->ListCount(); ++row) {
+    for (int column = 0; column < 4; ++column) text += list->Cell(row, column).Utf8() + "|";
+    text += Style(*list, row) + "\n";
+  }
+  return text;
+}
+
+bool ProgramFixture::IsOpen(const std::string& window) {
+  return Read([&] { return static_cast<bool>(_GetImplicitWindow(window + "." + window)); });
+}
+
+bool ProgramFixture::IsEnabled(const String& control) {
+  return Read([&] { return Window1()->Named<Control>(control)->Enabled.Get(); });
+}
+
+std::string TextOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "framework/Baton.h"
+#include "tests/headless/HeadlessToolkit.h"
+#include "windows/Window1.h"
+
+/// Runs the program, from its start to its end, in a temporary home folder of its own and with a stand-in
+/// diskutil on PATH, whose answers are files: see tests/tools/diskutil.
+class ProgramFixture : public testing::Test {
+ protected:
+  ProgramFixture();
+  ~ProgramFixture() override;
+
+  /// Runs the program with `user` acting in its event loop; where that leaves it running, the user quits
+  /// through the menu at last. The program runs once in a process. Returns its exit status.
+  int RunProgram(std::function<void()> user);
+
+  // What the tool says and does, and the calls it got, each as its arguments joined by "|".
+  void Write(const std::string& name, const std::string& text) const;
+  void Remove(const std::string& name) const { std::filesystem::remove(tool_ / name); }
+  bool Has(const std::string& name) const { return std::filesystem::exists(tool_ / name); }
+  std::vector<std::string> Calls() const;
+
+  // The preferences file, of which the usual one asks for no scan.
+  std::filesystem::path PrefsFile() const { return config_ / "Dravik.prefs"; }
+  void WritePrefs(const std::string& text) const;
+  void WritePrefs(bool scan, bool feedback, bool unMount) const;
+  std::string ReadPrefs() const;
+
+  // The user's hand. A control that is not there or cannot be used fails the test.
+  static void Press(const String& button);
+  static void Select(int row);
+  static void DoubleClick();
+  static void SelectTab(int tab);
+  static void Tick(const String& box, bool ticked);
+  static void Choose(const String& menuItem);
+  static void CloseMainWindow();
+  /// Presses Scan and waits until the scan has ended.
+  static void Scan();
+  static bool WaitForScan();
+
+  /// The table as text: a line for each row, its cells between bars and "mounted", "not mounted" or what else
+  /// its style says.
+  static std::string Table();
+  static bool IsOpen(const std::string& window);
+  static bool IsEnabled(const String& control);
+
+  /// Reads something of the program while nobody changes it.
+  template <class F>
+  static auto Read(F&& read) {
+    const Baton::Turn turn;
+    return read();
+  }
+
+  std::filesystem::path home_;
+  std::filesystem::path config_;
+  std::filesystem::path tool_;
+};
+
+/// Text of a file, empty when there is none.
+std::string TextOf(const std::filesystem::path& file);
