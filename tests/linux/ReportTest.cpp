@@ -24,8 +24,6 @@ std::string Data(const std::string& name) {
 
 TEST(Report, ListsEveryDiskThatHoldsAMedium) {
   const Testbed bed;
-  bed.WriteDevice("sdb2", 1024, "H+");
-  bed.WriteDevice("sdb3", 1024, "HX");
   const Outcome list = Diskutil({"LIST"});
   EXPECT_EQ(list.status, 0);
   EXPECT_EQ(list.text, Data("list.txt"));

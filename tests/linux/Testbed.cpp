@@ -26,6 +26,8 @@ Testbed::Testbed() : bed_(umockdev_testbed_new()), root_(Taken(umockdev_testbed_
   std::filesystem::create_directories(root_ + "/proc/self");
   std::ofstream(root_ + "/proc/filesystems") << "nodev\tproc\n\thfs\n\text4\n";
   SetMounts("");
+  std::ofstream(root_ + "/dev/sdb2") << std::string(1024, '\0') << "H+";
+  std::ofstream(root_ + "/dev/sdb3") << std::string(1024, '\0') << "HX";
 }
 
 Testbed::~Testbed() {
@@ -40,10 +42,4 @@ void Testbed::ReplaceDisk7() const {
   const char* path =
       "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1/1-1:1.0/host6/target6:0:0/6:0:0:0/block/sdb";
   umockdev_testbed_set_attribute(bed_, path, "diskseq", "20");
-}
-
-void Testbed::WriteDevice(const std::string& name, long offset, const std::string& bytes) const {
-  std::ofstream file(root_ + "/dev/" + name, std::ios::in | std::ios::out | std::ios::binary);
-  file.seekp(offset);
-  file << bytes;
 }

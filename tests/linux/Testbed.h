@@ -5,7 +5,7 @@
 typedef struct _UMockdevTestbed UMockdevTestbed;
 
 // The disks of devices.umockdev in place of the machine's own, as long as one of these lives. Redirects /sys,
-// /dev and /proc for this process; the disks have no content but what a test writes to their device files.
+// /dev and /proc for this process. The disks have no content but the signatures of their volume headers.
 class Testbed {
  public:
   Testbed();
@@ -17,7 +17,6 @@ class Testbed {
   void SetMounts(const std::string& lines) const;
   // The disk has gone and another came and got its device numbers.
   void ReplaceDisk7() const;
-  void WriteDevice(const std::string& name, long offset, const std::string& bytes) const;
 
  private:
   UMockdevTestbed* bed_;
