@@ -1,0 +1,38 @@
+#!/usr/bin/env python3
+"""Writes the program's icons: the logo, drawn anew in each size by resources/make_pictures.py.
+
+    make_icons.py          writes icons/dravik-SIZE.png beside this script
+    make_icons.py --check  says which of them are not what it would write
+
+They are kept with the source, so that a build needs no Python and no minute to draw them.
+"""
+
+import pathlib
+import sys
+
+FOLDER = pathlib.Path(__file__).resolve().parent
+SIZES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
+
+sys.path.insert(0, str(FOLDER.parent / "resources"))
+sys.dont_write_bytecode = True
+import make_pictures  # noqa: E402  (found only now)
+
+
+def main(arguments):
+    if arguments not in ([], ["--check"]):
+        print(__doc__, file=sys.stderr)
+        return 2
+    status = 0
+    for size in SIZES:
+        path = FOLDER / "icons" / f"dravik-{size}.png"
+        data = make_pictures.png(make_pictures.logo_rows(size))
+        if not arguments:
+            path.write_bytes(data)
+        elif not path.exists() or path.read_bytes() != data:
+            print(f"{path.name} is not what make_icons.py draws", file=sys.stderr)
+            status = 1
+    return status
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
