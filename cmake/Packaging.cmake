@@ -85,7 +85,7 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://www.dravik.example/)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The Linux tool loads this one itself, unseen by dpkg-shlibdeps.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libsystemd0)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "udisks2, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "udisks2, xdg-utils, hicolor-icon-theme")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS qt6-wayland)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
