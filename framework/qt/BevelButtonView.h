@@ -1,0 +1,18 @@
+#pragma once
+
+#include "framework/BevelButton.h"
+#include "framework/qt/ButtonView.h"
+
+class BevelButtonView final : public ButtonView<BevelButton> {
+ public:
+  using ButtonView::ButtonView;
+
+ protected:
+  void CopyOwn() override;
+  bool NamesItself() const override { return !text().isEmpty(); }
+
+ private:
+  void CopyIcon();
+
+  PictureRef icon_;
+};

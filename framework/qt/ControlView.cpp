@@ -1,0 +1,57 @@
+#include "framework/qt/ControlView.h"
+
+#include "framework/qt/BevelButtonView.h"
+#include "framework/qt/CanvasView.h"
+#include "framework/qt/CheckBoxView.h"
+#include "framework/qt/Conversions.h"
+#include "framework/qt/LabelView.h"
+#include "framework/qt/ListView.h"
+#include "framework/qt/PushButtonView.h"
+#include "framework/qt/RectangleView.h"
+#include "framework/qt/TabPanelView.h"
+#include "framework/qt/TextAreaView.h"
+#include "framework/qt/WheelView.h"
+
+namespace {
+
+template <class ControlClass, class View>
+ControlView* MakeIf(const Ref<Control>& control, QWidget& parent) {
+  const auto cast = Cast<ControlClass>(control);
+  return cast ? new View(cast, parent) : nullptr;
+}
+
+/// Tool tips take what looks like markup for markup.
+QString PlainToolTip(const String& text) {
+  const QString plain = Lines(text);
+  return Qt::mightBeRichText(plain) ? Qt::convertFromPlainText(plain) : plain;
+}
+
+}  // namespace
+
+ControlView* ControlView::Make(const Ref<Control>& control, QWidget& parent) {
+  for (const auto make :
+       {MakeIf<PushButton, PushButtonView>, MakeIf<Label, LabelView>, MakeIf<Listbox, ListView>,
+        MakeIf<CheckBox, CheckBoxView>, MakeIf<TabPanel, TabPanelView>, MakeIf<Rectangle, RectangleView>,
+        MakeIf<TextArea, TextAreaView>, MakeIf<Canvas, CanvasView>, MakeIf<ProgressWheel, WheelView>,
+        MakeIf<BevelButton, BevelButtonView>})
+    if (ControlView* view = make(control, parent)) return view;
+  return nullptr;
+}
+
+void ControlView::Copy(QPoint origin) {
+  const Control& control = Shown();
+  QWidget& widget = Widget();
+  widget.setGeometry(control.Left - origin.x(), control.Top - origin.y(), control.Width, control.Height);
+  widget.setEnabled(control.Enabled);
+  widget.setToolTip(PlainToolTip(control.HelpTag));
+  if (!control.AccessibleName.Get().Empty())
+    widget.setAccessibleName(OneLine(control.AccessibleName));
+  else if (!control.HelpTag.Get().Empty())
+    widget.setAccessibleName(OneLine(control.HelpTag));
+  else if (!NamesItself())
+    widget.setAccessibleName(InWords(control.Name));
+  CopyOwn();
+  QWidget& focused = FocusWidget();
+  if (!control.TabStop && (focused.focusPolicy() & Qt::TabFocus)) focused.setFocusPolicy(Qt::ClickFocus);
+  widget.setVisible(control.Visible);
+}

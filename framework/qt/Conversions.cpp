@@ -1,0 +1,121 @@
+#include "framework/qt/Conversions.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QStringList>
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t kLineLimit = 1000;  // characters
+constexpr std::size_t kLinesLimit = 4000;
+constexpr std::size_t kLongLimit = 1'000'000;
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+enum class Breaks { kAsBlanks, kKept };
+
+bool IsBreak(char32_t c) {
+  return c == '\r' || c == '\n' || c == 0x0B || c == 0x0C || c == 0x85 || c == 0x2028 || c == 0x2029;
+}
+
+/// Control characters, surrogates (bytes that are no text are carried as such) and what is no character.
+bool IsHarmful(char32_t c) {
+  return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0xD800 && c < 0xE000) || (c >= 0xFDD0 && c < 0xFDF0) ||
+         (c & 0xFFFE) == 0xFFFE || c > 0x10FFFF;
+}
+
+QString Shown(const String& text, Breaks breaks, std::size_t limit) {
+  const std::size_t size = std::min(text.Size(), limit);
+  std::u32string shown;
+  shown.reserve(size + 1);
+  for (std::size_t i = 0; i < size; ++i) {
+    const char32_t c = text[i];
+    if (c == '\n' && i > 0 && text[i - 1] == '\r') continue;
+    if (IsBreak(c))
+      shown += breaks == Breaks::kKept ? U'\n' : U' ';
+    else if (c == '\t')
+      shown += breaks == Breaks::kKept ? U'\t' : U' ';
+    else
+      shown += IsHarmful(c) ? kReplacement : c;
+  }
+  if (size < text.Size()) shown += U'…';
+  return QString::fromUcs4(shown.data(), static_cast<qsizetype>(shown.size()));
+}
+
+}  // namespace
+
+QString OneLine(const String& text) {
+  return Shown(text, Breaks::kAsBlanks, kLineLimit);
+}
+
+QString Lines(const String& text) {
+  return Shown(text, Breaks::kKept, kLinesLimit);
+}
+
+QString LongText(const String& text) {
+  return Shown(text, Breaks::kKept, kLongLimit);
+}
+
+String FromQString(const QString& text) {
+  return String(text.toStdString());
+}
+
+QString Literal(const String& caption) {
+  return OneLine(caption).replace('&', "&&");
+}
+
+QString InWords(const String& name) {
+  QString words;
+  for (const QChar c : OneLine(name)) {
+    if (c.isUpper() && !words.isEmpty() && !words.back().isUpper()) words += ' ';
+    words += c;
+  }
+  while (!words.isEmpty() && words.back().isDigit()) words.chop(1);
+  return words;
+}
+
+QColor ToQColor(Color color) {
+  return QColor::fromRgb(QRgb{0xFF000000u | color.Value});
+}
+
+QImage ToQImage(const PictureRef& picture) {
+  if (!picture || picture->Width <= 0 || picture->Height <= 0) return {};
+  const auto* pixels = reinterpret_cast<const uchar*>(picture->Pixels.data());
+  return {pixels, picture->Width, picture->Height, picture->Width * 4, QImage::Format_ARGB32};
+}
+
+QFont FontOf(const TextControl& control) {
+  constexpr int kStandardSize = 13;  // pixels
+  constexpr int kSmallSize = 11;
+  const bool small = control.TextFont == "SmallSystem";
+  QFont font;
+  if (!small && control.TextFont != "System") {
+    font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setFamilies({OneLine(control.TextFont), font.family()});
+    font.setStyleHint(QFont::Monospace);
+    font.setFixedPitch(true);
+  }
+  const int size = qRound(control.TextSize.Get());
+  font.setPixelSize(size > 0 ? size : small ? kSmallSize : kStandardSize);
+  font.setBold(control.Bold);
+  font.setItalic(control.Italic);
+  font.setUnderline(control.Underline);
+  return font;
+}
+
+QFont Squeezed(QFont font, const QString& text, QSize room, Wrapping wrapping) {
+  constexpr int kNarrowest = 60;  // per cent
+  const QFontMetrics metrics(font);
+  int widest = 0;
+  for (const QString& line : text.split('\n')) widest = std::max(widest, metrics.horizontalAdvance(line));
+  if (widest <= room.width()) return font;
+  if (wrapping == Wrapping::kWords) {
+    const QRect wrapped = metrics.boundingRect({{0, 0}, room}, Qt::TextWordWrap, text);
+    if (wrapped.height() <= room.height() && wrapped.width() <= room.width()) return font;
+  }
+  const int stretch = 100 * room.width() / widest;
+  if (stretch >= kNarrowest) font.setStretch(stretch);
+  return font;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+#include "framework/Control.h"
+#include "framework/Picture.h"
+
+// From the framework's values to Qt's and back. Text on the way to the screen loses what could do harm there:
+// control characters and bytes that are no text show as U+FFFD, and what is beyond all reading is cut off.
+
+/// Text for one line: line breaks and tabs show as blanks.
+QString OneLine(const String& text);
+/// Text of several lines: CR, LF and CR LF all break a line.
+QString Lines(const String& text);
+/// The same for a text of any reasonable length.
+QString LongText(const String& text);
+String FromQString(const QString& text);
+
+/// A caption in which an ampersand is just that.
+QString Literal(const String& caption);
+
+/// The name of a control in words: "ListBox2" is "List Box".
+QString InWords(const String& name);
+
+QColor ToQColor(Color color);
+
+/// A view on the picture's own pixels, which the reference must keep.
+QImage ToQImage(const PictureRef& picture);
+
+QFont FontOf(const TextControl& control);
+
+/// How `text` is laid out in the room it has.
+enum class Wrapping { kNone, kWords };
+
+/// `font` with narrower letters where the text would not fit into the room. The design's widths were drawn
+/// for one platform's font; others are wider.
+QFont Squeezed(QFont font, const QString& text, QSize room, Wrapping wrapping);

@@ -1,0 +1,103 @@
+#include "framework/qt/LabelView.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOptionFocusRect>
+
+#include "framework/Rectangle.h"
+#include "framework/Window.h"
+#include "framework/qt/Conversions.h"
+
+namespace {
+
+Qt::Alignment AlignmentOf(const Label& label) {
+  const auto horizontal = label.TextAlign == 1   ? Qt::AlignHCenter
+                          : label.TextAlign == 2 ? Qt::AlignRight
+                                                 : Qt::AlignLeft;
+  return horizontal | (label.Multiline ? Qt::AlignTop : Qt::AlignVCenter);
+}
+
+bool Contains(const Control& outer, const Control& inner) {
+  return outer.Left <= inner.Left && outer.Top <= inner.Top &&
+         outer.Left + outer.Width >= inner.Left + inner.Width &&
+         outer.Top + outer.Height >= inner.Top + inner.Height;
+}
+
+/// True for a label over a filled rectangle; false on the window's own background.
+bool StandsOnFill(const Label& label) {
+  if (!label.Window()) return false;
+  for (const auto& control : label.Window()->Controls()) {
+    if (control.Get() == &label) return false;
+    if (Cast<Rectangle>(control) && control->TabPanelIndex == label.TabPanelIndex &&
+        Contains(*control, label))
+      return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+LabelView::LabelView(const Ref<Label>& control, QWidget& parent) : ViewOf(control, parent) {
+  setTextFormat(Qt::PlainText);
+  setIndent(0);
+}
+
+void LabelView::CopyOwn() {
+  const bool multiline = control_->Multiline;
+  QString text = Lines(control_->Text);
+  if (!multiline) text = text.section('\n', 0, 0);
+  setAlignment(AlignmentOf(*control_));
+  setWordWrap(multiline);
+  setFont(Squeezed(FontOf(*control_), text, size(), multiline ? Wrapping::kWords : Wrapping::kNone));
+  setText(text);
+  CopyColor();
+
+  link_ = control_->MouseDown != nullptr;
+  hears_ = control_->MouseEnter || control_->MouseExit;
+  setFocusPolicy(link_ ? Qt::StrongFocus : Qt::NoFocus);
+  if (link_) setCursor(Qt::PointingHandCursor);
+}
+
+void LabelView::CopyColor() {
+  const Color color = control_->TextColor;
+  QPalette own;  // sets nothing: the window's colours show
+  if (color != RGB(0, 0, 0) || StandsOnFill(*control_)) own.setColor(QPalette::WindowText, ToQColor(color));
+  setPalette(own);
+}
+
+void LabelView::Press(QPoint position) {
+  Deliver([position](Label& label) { label.UserMouseDown(position.x(), position.y()); });
+}
+
+void LabelView::mousePressEvent(QMouseEvent* event) {
+  if (link_ && event->button() == Qt::LeftButton)
+    Press(event->position().toPoint());
+  else
+    event->ignore();  // the window's
+}
+
+void LabelView::enterEvent(QEnterEvent*) {
+  if (hears_) Deliver([](Label& label) { label.UserMouseEnter(); });
+}
+
+void LabelView::leaveEvent(QEvent*) {
+  if (hears_) Deliver([](Label& label) { label.UserMouseExit(); });
+}
+
+void LabelView::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (link_ && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space))
+    Press();
+  else
+    QLabel::keyPressEvent(event);
+}
+
+void LabelView::paintEvent(QPaintEvent* event) {
+  QLabel::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(this);
+  QStyleOptionFocusRect option;
+  option.initFrom(this);
+  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+}

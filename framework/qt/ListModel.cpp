@@ -1,0 +1,100 @@
+#include "framework/qt/ListModel.h"
+
+#include <algorithm>
+
+#include "framework/qt/Conversions.h"
+
+namespace {
+
+Qt::Alignment ToQtAlignment(int alignment) {
+  constexpr int kCentred = 2;
+  constexpr int kRight = 3;
+  const auto horizontal = alignment == kRight     ? Qt::AlignRight
+                          : alignment == kCentred ? Qt::AlignHCenter
+                                                  : Qt::AlignLeft;
+  return horizontal | Qt::AlignVCenter;
+}
+
+}  // namespace
+
+void ListModel::Copy(Listbox& list, Scope scope) {
+  const Listbox::Changes changes = list.TakeChanges();
+  boldMeans_ = OneLine(list.BoldRowMeans);
+  italicMeans_ = OneLine(list.ItalicRowMeans);
+  if (scope == Scope::kAll || changes.RowsRemoved || columns_ != list.ColumnCount)
+    CopyAll(list);
+  else
+    CopyStale(list, changes);
+}
+
+void ListModel::CopyAll(const Listbox& list) {
+  beginResetModel();
+  columns_ = list.ColumnCount;
+  rows_.clear();
+  for (int row = 0; row < list.ListCount(); ++row) rows_.push_back(CopyRow(list.RowData(row)));
+  endResetModel();
+}
+
+void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) {
+  const int had = rowCount();
+  const int end = std::min(changes.EndStale, had);
+  for (int row = changes.FirstStale; row < end; ++row)
+    rows_[static_cast<std::size_t>(row)] = CopyRow(list.RowData(row));
+  if (changes.FirstStale < end) emit dataChanged(index(changes.FirstStale, 0), index(end - 1, columns_ - 1));
+  if (list.ListCount() == had) return;
+  beginInsertRows({}, had, list.ListCount() - 1);
+  for (int row = had; row < list.ListCount(); ++row) rows_.push_back(CopyRow(list.RowData(row)));
+  endInsertRows();
+}
+
+ListModel::Row ListModel::CopyRow(const Listbox::Row& row) {
+  Row copy;
+  copy.reserve(row.size());
+  for (const auto& cell : row) copy.push_back({OneLine(cell.Text), cell.Bold, cell.Italic, cell.Alignment});
+  return copy;
+}
+
+void ListModel::SetFont(const QFont& font) {
+  fonts_.fill(font);
+  fonts_[1].setBold(true);
+  fonts_[2].setItalic(true);
+  fonts_[3].setBold(true);
+  fonts_[3].setItalic(true);
+}
+
+int ListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int ListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columns_;
+}
+
+const ListModel::Cell* ListModel::At(const QModelIndex& index) const {
+  if (index.row() < 0 || index.row() >= rowCount() || index.column() < 0) return nullptr;
+  const Row& row = rows_[static_cast<std::size_t>(index.row())];
+  const auto column = static_cast<std::size_t>(index.column());
+  return column < row.size() ? &row[column] : nullptr;
+}
+
+QVariant ListModel::data(const QModelIndex& index, int role) const {
+  const Cell* cell = At(index);
+  if (!cell) return {};
+  switch (role) {
+    case Qt::DisplayRole:
+      return cell->text;
+    case Qt::FontRole:
+      return fonts_[(cell->bold ? 1u : 0u) + (cell->italic ? 2u : 0u)];
+    case Qt::TextAlignmentRole:
+      return QVariant(ToQtAlignment(cell->alignment));
+    case Qt::AccessibleTextRole:
+      return AccessibleText(*cell, index.column());
+    default:
+      return {};
+  }
+}
+
+QString ListModel::AccessibleText(const Cell& cell, int column) const {
+  const QString& meaning = cell.bold ? boldMeans_ : cell.italic ? italicMeans_ : QString();
+  return column == 0 && !meaning.isEmpty() ? cell.text + ", " + meaning : cell.text;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QTableView>
+#include <cstdint>
+
+#include "framework/Listbox.h"
+#include "framework/qt/ControlView.h"
+#include "framework/qt/ListModel.h"
+
+/// A list: whole rows are selected, one at a time; a click below the rows selects none. Columns keep their
+/// widths and are cut off at the right edge; nothing scrolls sideways. Without a heading a person drags the
+/// edges of the columns in the rows themselves.
+class ListView final : public ViewOf<Listbox, QTableView> {
+ public:
+  ListView(const Ref<Listbox>& control, QWidget& parent);
+
+ protected:
+  void CopyOwn() override;
+
+  bool event(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+  void updateGeometries() override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+
+ private:
+  void CopyLook();
+  void CopyColumns();
+  void CopySelection();
+
+  int SelectedRow() const;
+  void SelectNone();
+  /// Hands the selection to the control when it is another one than the control knows.
+  void ReportSelection();
+
+  /// The column whose right edge a person can take hold of there, -1 for none.
+  int EdgeAt(QPoint position) const;
+  void DragEdge(int x);
+  /// The last column reaches at least to the right edge.
+  void FillWidth();
+
+  ListModel model_;
+  String columnWidths_;
+  int lastColumnWidth_ = 0;
+  Qt::PenStyle rowLines_ = Qt::NoPen;
+  Qt::PenStyle columnLines_ = Qt::NoPen;
+  bool columnsResizable_ = false;
+  bool rowsBehind_ = true;  // rows have changed that were not copied as nothing showed
+  bool copying_ = false;
+  int reportedRow_ = -1;
+  std::uint64_t generation_ = 0;  // of the rows that are copied
+
+  int draggedColumn_ = -1;
+  int dragOffset_ = 0;  // from the pointer to the column's right edge
+};

@@ -1,0 +1,75 @@
+#include "framework/qt/MenuView.h"
+
+#include <QKeySequence>
+#include <QMenu>
+
+#include "framework/Application.h"
+#include "framework/qt/Conversions.h"
+
+namespace {
+
+/// "Cmd+Q" as Qt writes it: its "Ctrl" is the Mac's command key.
+QKeySequence ToKeySequence(const std::optional<String>& shortcut) {
+  if (!shortcut || shortcut->Empty()) return {};
+  return QKeySequence::fromString(OneLine(*shortcut).replace("Cmd+", "Ctrl+", Qt::CaseInsensitive),
+                                  QKeySequence::PortableText);
+}
+
+QAction::MenuRole RoleOf(const Ref<MenuItem>& item) {
+  if (Cast<AppleMenuItem>(item)) return QAction::AboutRole;
+  if (Cast<QuitMenuItem>(item)) return QAction::QuitRole;
+  return QAction::NoRole;
+}
+
+}  // namespace
+
+MenuView::MenuView(QMenuBar& bar, const Ref<MenuBar>& items, Front front) : front_(std::move(front)) {
+  for (const auto& menu : items->Children()) AddMenu(bar, menu);
+  Copy();
+}
+
+void MenuView::AddMenu(QMenuBar& bar, const Ref<MenuItem>& menu) {
+  QMenu* shown = bar.addMenu(QString());
+  entries_.push_back({menu, shown->menuAction()});
+  QObject::connect(shown, &QMenu::aboutToShow, shown,
+                   [front = front_] { Application::RefreshMenus(front()); });
+  AddItems(*shown, *menu);
+}
+
+void MenuView::AddItems(QMenu& menu, const MenuItem& parent) {
+  for (const auto& item : parent.Children()) AddItem(menu, item);
+}
+
+void MenuView::AddItem(QMenu& menu, const Ref<MenuItem>& item) {
+  if (item->IsSeparator()) {
+    menu.addSeparator();
+    return;
+  }
+  if (!item->Children().empty()) {
+    QMenu* below = menu.addMenu(QString());
+    entries_.push_back({item, below->menuAction()});
+    AddItems(*below, *item);
+    return;
+  }
+  QAction* action = menu.addAction(QString());
+  action->setMenuRole(RoleOf(item));
+  action->setShortcut(ToKeySequence(item->KeyboardShortcut));
+  action->setShortcutContext(Qt::ApplicationShortcut);
+  QObject::connect(action, &QAction::triggered, action,
+                   [item, front = front_] { Application::Choose(item, front()); });
+  entries_.push_back({item, action});
+}
+
+void MenuView::Copy() {
+  for (const Entry& entry : entries_) {
+    entry.action->setText(OneLine(entry.item->Text));
+    entry.action->setEnabled(entry.item->Enabled);
+  }
+}
+
+QList<QAction*> MenuView::Actions() const {
+  QList<QAction*> actions;
+  for (const Entry& entry : entries_)
+    if (!entry.action->shortcut().isEmpty()) actions += entry.action;
+  return actions;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "framework/PushButton.h"
+#include "framework/qt/ButtonView.h"
+
+class PushButtonView final : public ButtonView<PushButton> {
+ public:
+  using ButtonView::ButtonView;
+
+ protected:
+  void CopyOwn() override;
+  bool NamesItself() const override { return true; }
+};

@@ -1,0 +1,266 @@
+#include "framework/qt/QtToolkit.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QDeadlineTimer>
+#include <QImageReader>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QScreen>
+#include <QSocketNotifier>
+#include <QWindow>
+#include <algorithm>
+
+#include "framework/Application.h"
+#include "framework/qt/Accessibility.h"
+#include "framework/qt/Conversions.h"
+
+namespace {
+
+constexpr int kWakeInterval = 15;    // milliseconds between two updates that other threads ask for
+constexpr int kPresentLimit = 1000;  // milliseconds
+
+constexpr QEventLoop::ProcessEventsFlags kAllButInput =
+    QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents;
+
+/// A pipe must not get the number of a standard descriptor that the program was started without.
+void OpenStandardDescriptors() {
+  int fd = open("/dev/null", O_RDWR);
+  while (fd >= 0 && fd <= STDERR_FILENO) fd = open("/dev/null", O_RDWR);
+  if (fd > STDERR_FILENO) close(fd);
+}
+
+QPlainTextEdit* FocusedText() {
+  return dynamic_cast<QPlainTextEdit*>(QApplication::focusWidget());
+}
+
+void CentreOn(QWidget& box, const QWidget& window) {
+  const QRect area = window.geometry();
+  box.adjustSize();
+  box.move(area.center() - box.rect().center());
+}
+
+/// An address that the desktop's opener cannot take for an option of its own.
+bool IsAddress(const QString& text) {
+  return !text.isEmpty() && !text.startsWith('-') && std::none_of(text.begin(), text.end(), [](QChar c) {
+    return c.unicode() < 0x20 || c.unicode() == 0x7F;
+  });
+}
+
+}  // namespace
+
+std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
+  OpenStandardDescriptors();
+  return std::make_unique<QtToolkit>(argc, argv);
+}
+
+QtToolkit::QtToolkit(int& argc, char** argv) : program_(argc, argv) {
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+  QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
+  InstallAccessibility();
+  QObject::connect(&program_, &QGuiApplication::commitDataRequest, &program_,
+                   [] { Application::QuitFromOutside(); });
+  QObject::connect(&program_, &QGuiApplication::focusWindowChanged, &program_, [this] {
+    if (auto* view = dynamic_cast<WindowView*>(QApplication::activeWindow())) lastActive_ = view;
+  });
+  wakeTimer_.setSingleShot(true);
+  wakeTimer_.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&wakeTimer_, &QTimer::timeout, &wakeTimer_, [this] { RunWoken(); });
+}
+
+QtToolkit::~QtToolkit() {
+  views_.clear();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool QtToolkit::Program::event(QEvent* event) {
+  if (event->type() != QEvent::Quit) return QApplication::event(event);
+  Application::Deliver([] { Quit(0); });
+  return true;
+}
+
+void QtToolkit::EndLater::operator()(WindowView* view) const {
+  view->hide();
+  view->deleteLater();
+}
+
+void QtToolkit::RunLoop() {
+  if (!ended_) loop_.exec();
+}
+
+void QtToolkit::EndLoop() {
+  ended_ = true;
+  loop_.quit();
+  for (auto box = messages_.rbegin(); box != messages_.rend(); ++box) (*box)->done(QMessageBox::Ok);
+}
+
+void QtToolkit::Wake() {
+  if (woken_.exchange(true)) return;
+  QMetaObject::invokeMethod(
+      &wakeTimer_,
+      [this] {
+        const qint64 since = lastWoken_.isValid() ? lastWoken_.elapsed() : kWakeInterval;
+        if (since >= kWakeInterval)
+          RunWoken();
+        else
+          wakeTimer_.start(kWakeInterval - static_cast<int>(since));
+      },
+      Qt::QueuedConnection);
+}
+
+void QtToolkit::RunWoken() {
+  woken_ = false;
+  lastWoken_.start();
+  Application::RunPending();
+}
+
+void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>& bar) {
+  CopyApplicationBar(bar);
+  std::erase_if(views_, [&](const View& view) {
+    return std::find(open.begin(), open.end(), view->Shown()) == open.end();
+  });
+  for (const auto& window : open) {
+    if (WindowView* view = Find(window.Get())) {
+      view->Copy();
+    } else if (window->Visible) {
+      const WindowView* owner = views_.empty() ? nullptr : views_.front().get();
+      views_.emplace_back(new WindowView(window, owner, [this] {
+        const WindowView* front = Front();
+        return front ? front->Shown() : nullptr;
+      }));
+    }
+  }
+}
+
+void QtToolkit::CopyApplicationBar([[maybe_unused]] const Ref<MenuBar>& bar) {
+#ifdef Q_OS_MACOS
+  if (!bar) return;
+  if (!applicationBar_) {
+    applicationBar_ = std::make_unique<QMenuBar>(nullptr);
+    applicationMenus_ = std::make_unique<MenuView>(*applicationBar_, bar, [this] {
+      const WindowView* front = Front();
+      return front ? front->Shown() : nullptr;
+    });
+  }
+  applicationMenus_->Copy();
+#endif
+}
+
+WindowView* QtToolkit::Find(const Window* window) const {
+  const auto found = std::find_if(views_.begin(), views_.end(),
+                                  [&](const View& view) { return view->Shown().Get() == window; });
+  return found == views_.end() ? nullptr : found->get();
+}
+
+WindowView* QtToolkit::Front() const {
+  if (auto* active = dynamic_cast<WindowView*>(QApplication::activeWindow())) return active;
+  if (lastActive_ && lastActive_->isVisible()) return lastActive_;
+  return views_.empty() ? nullptr : views_.back().get();
+}
+
+void QtToolkit::Present(Window& window) {
+  const QPointer<WindowView> view = Find(&window);
+  const QDeadlineTimer limit(kPresentLimit);
+  QTimer end;  // of the wait, if nothing happens
+  end.start(kPresentLimit);
+  while (view && !view->Painted() && !ended_ && !limit.hasExpired())
+    QCoreApplication::processEvents(kAllButInput);
+}
+
+void QtToolkit::ShowMessage(const String& text) {
+  QMessageBox box;
+  box.setTextFormat(Qt::PlainText);
+  box.setText(Lines(text));
+  box.setStandardButtons(QMessageBox::Ok);
+  if (const WindowView* front = Front()) {
+    box.setWindowTitle(views_.front()->windowTitle());
+    box.winId();  // makes the window, which must know before it shows what it belongs to
+    box.windowHandle()->setTransientParent(front->windowHandle());
+    CentreOn(box, *front);
+  }
+  messages_.push_back(&box);
+  box.exec();
+  std::erase(messages_, &box);
+}
+
+void QtToolkit::WaitForInput(const std::vector<int>& descriptors, int milliseconds) {
+  std::vector<std::unique_ptr<QSocketNotifier>> notifiers;
+  for (const int descriptor : descriptors)
+    if (descriptor >= 0)
+      notifiers.push_back(std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read));
+  QTimer limit;
+  if (milliseconds >= 0) limit.start(milliseconds);
+  QCoreApplication::processEvents(kAllButInput);
+}
+
+Area QtToolkit::ScreenArea() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (!screen) return {};
+  const QRect area = screen->availableGeometry();
+  return {area.x(), area.y(), area.width(), area.height()};
+}
+
+void QtToolkit::OpenAddress(const String& address) {
+  const QString text = QString::fromStdString(address.Utf8());
+  if (!IsAddress(text)) return;
+  QProcess opener;
+#ifdef Q_OS_MACOS
+  opener.setProgram("/usr/bin/open");
+#else
+  opener.setProgram("xdg-open");
+#endif
+  opener.setArguments({text});
+  opener.setStandardInputFile(QProcess::nullDevice());
+  opener.setStandardOutputFile(QProcess::nullDevice());
+  opener.setStandardErrorFile(QProcess::nullDevice());
+  opener.startDetached();
+}
+
+PictureRef QtToolkit::ReadPicture(const std::string& path) {
+  constexpr int kLargest = 4096;  // pixels on a side
+  QImageReader reader(QString::fromLocal8Bit(path.c_str()));
+  const QSize size = reader.size();
+  if (size.isEmpty() || size.width() > kLargest || size.height() > kLargest) return nullptr;
+  const QImage image = reader.read().convertToFormat(QImage::Format_ARGB32);
+  if (image.isNull()) return nullptr;
+  Picture picture{image.width(), image.height(), {}};
+  for (int y = 0; y < image.height(); ++y) {
+    const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    picture.Pixels.insert(picture.Pixels.end(), line, line + image.width());
+  }
+  return std::make_shared<Picture>(std::move(picture));
+}
+
+bool QtToolkit::CanEdit(EditCommand command) {
+  const QPlainTextEdit* text = FocusedText();
+  if (!text) return false;
+  if (command == EditCommand::kCopy) return text->textCursor().hasSelection();
+  if (text->isReadOnly()) return false;
+  switch (command) {
+    case EditCommand::kUndo:
+      return text->document()->isUndoAvailable();
+    case EditCommand::kPaste:
+      return text->canPaste();
+    default:
+      return text->textCursor().hasSelection();
+  }
+}
+
+void QtToolkit::Edit(EditCommand command) {
+  if (!CanEdit(command)) return;
+  QPlainTextEdit* text = FocusedText();
+  switch (command) {
+    case EditCommand::kUndo:
+      return text->undo();
+    case EditCommand::kCut:
+      return text->cut();
+    case EditCommand::kCopy:
+      return text->copy();
+    case EditCommand::kPaste:
+      return text->paste();
+    case EditCommand::kClear:
+      return text->textCursor().removeSelectedText();
+  }
+}

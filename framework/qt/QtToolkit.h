@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QPointer>
+#include <QTimer>
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "framework/Toolkit.h"
+#include "framework/qt/SignalWatch.h"
+#include "framework/qt/WindowView.h"
+
+class QMessageBox;
+
+/// Shows the framework's windows with Qt Widgets.
+class QtToolkit final : public Toolkit {
+ public:
+  QtToolkit(int& argc, char** argv);
+  ~QtToolkit() override;
+
+  void RunLoop() override;
+  void EndLoop() override;
+  void Wake() override;
+  void Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>& bar) override;
+  void Present(Window& window) override;
+  void ShowMessage(const String& text) override;
+  void WaitForInput(const std::vector<int>& descriptors, int milliseconds) override;
+  Area ScreenArea() override;
+  void OpenAddress(const String& address) override;
+  PictureRef ReadPicture(const std::string& path) override;
+  bool CanEdit(EditCommand command) override;
+  void Edit(EditCommand command) override;
+
+ private:
+  /// The event in which a view ends may be one that the view is handling.
+  struct EndLater {
+    void operator()(WindowView* view) const;
+  };
+  using View = std::unique_ptr<WindowView, EndLater>;
+
+  /// Qt's application, which the desktop may ask to quit.
+  class Program final : public QApplication {
+   public:
+    using QApplication::QApplication;
+
+   protected:
+    bool event(QEvent* event) override;
+  };
+
+  void RunWoken();
+  WindowView* Find(const Window* window) const;
+  WindowView* Front() const;
+  void CopyApplicationBar(const Ref<MenuBar>& bar);
+
+  Program program_;
+  SignalWatch signals_;
+  QEventLoop loop_;
+  bool ended_ = false;
+
+  std::atomic<bool> woken_ = false;
+  QTimer wakeTimer_;
+  QElapsedTimer lastWoken_;
+
+  std::vector<View> views_;  // in the order in which the windows were opened
+  QPointer<WindowView> lastActive_;
+  std::unique_ptr<QMenuBar> applicationBar_;  // where the platform has one bar for all windows
+  std::unique_ptr<MenuView> applicationMenus_;
+  std::vector<QMessageBox*> messages_;  // that are up
+};

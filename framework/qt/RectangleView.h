@@ -1,0 +1,18 @@
+#pragma once
+
+#include "framework/Rectangle.h"
+#include "framework/qt/ControlView.h"
+
+class RectangleView final : public ViewOf<Rectangle, QWidget> {
+ public:
+  using ViewOf::ViewOf;
+
+ protected:
+  void CopyOwn() override;
+  bool NamesItself() const override { return true; }  // it only decorates
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QColor fill_, topLeft_, bottomRight_;
+  int border_ = 0;
+};

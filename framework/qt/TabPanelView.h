@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QStyleOptionTabWidgetFrame>
+#include <QTabBar>
+#include <vector>
+
+#include "framework/TabPanel.h"
+#include "framework/qt/ControlView.h"
+
+/// Tabs over a pane. Each tab has a page of the size of the whole, so that a control's place on it is its
+/// place in the window less that of the panel, whatever the style's tabs measure.
+class TabPanelView final : public ViewOf<TabPanel, QWidget> {
+ public:
+  TabPanelView(const Ref<TabPanel>& control, QWidget& parent);
+
+  QWidget& FocusWidget() override { return bar_; }
+
+  /// What the controls of a panel, counted from 1, stand on.
+  QWidget& Page(int panel);
+  /// The user goes so many tabs on, around the end.
+  void Step(int tabs);
+
+ protected:
+  void CopyOwn() override;
+  bool NamesItself() const override { return true; }  // its tabs are named
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void CopyCaptions();
+  void ShowPages();
+  QStyleOptionTabWidgetFrame FrameOption() const;
+  void PlaceBar();
+
+  QTabBar bar_;
+  std::vector<QWidget*> pages_;
+};

@@ -1,0 +1,33 @@
+#include "framework/qt/TextAreaView.h"
+
+#include <QSignalBlocker>
+
+#include "framework/qt/Conversions.h"
+
+TextAreaView::TextAreaView(const Ref<TextArea>& control, QWidget& parent) : ViewOf(control, parent) {
+  connect(this, &QPlainTextEdit::textChanged, this, [this] {
+    text_ = FromQString(toPlainText());
+    Deliver([text = text_](TextArea& area) { area.UserEdit(text); });
+  });
+}
+
+void TextAreaView::CopyOwn() {
+  const QSignalBlocker blocker(this);
+  setReadOnly(control_->ReadOnly);
+  setTabChangesFocus(!control_->AcceptTabs);
+  setFrameShape(control_->Border ? QFrame::StyledPanel : QFrame::NoFrame);
+  setVerticalScrollBarPolicy(control_->ScrollbarVertical ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+  setLineWrapMode(control_->ScrollbarHorizontal ? NoWrap : WidgetWidth);
+  if (const QFont font = FontOf(*control_); font != this->font()) setFont(font);
+  QPalette own;
+  own.setColor(QPalette::Text, ToQColor(control_->TextColor));
+  own.setColor(QPalette::Base, ToQColor(control_->BackColor));
+  setPalette(own);
+  CopyText();
+}
+
+void TextAreaView::CopyText() {
+  if (text_.Identical(control_->Text)) return;
+  text_ = control_->Text;
+  setPlainText(LongText(text_));
+}

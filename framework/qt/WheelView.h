@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QBasicTimer>
+
+#include "framework/ProgressWheel.h"
+#include "framework/qt/ControlView.h"
+
+/// Spokes that fade in turn, by a timer that runs as long as they show.
+class WheelView final : public ViewOf<ProgressWheel, QWidget> {
+ public:
+  using ViewOf::ViewOf;
+
+ protected:
+  void CopyOwn() override;
+  bool NamesItself() const override { return true; }
+  void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+
+ private:
+  QBasicTimer timer_;
+  int step_ = 0;
+};

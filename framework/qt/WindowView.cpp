@@ -1,0 +1,221 @@
+#include "framework/qt/WindowView.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+
+#include "framework/Application.h"
+#include "framework/qt/Conversions.h"
+#include "framework/qt/TabPanelView.h"
+
+namespace {
+
+Qt::WindowFlags FlagsOf(const Window& window) {
+  Qt::WindowFlags flags = window.Frame == Window::kDocument ? Qt::Window : Qt::Dialog;
+  flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+  flags.setFlag(Qt::WindowCloseButtonHint, window.CloseButton);
+  flags.setFlag(Qt::WindowMinimizeButtonHint, window.MinimizeButton);
+  flags.setFlag(Qt::WindowMaximizeButtonHint, window.MaximizeButton);
+  return flags;
+}
+
+}  // namespace
+
+WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front)
+    : window_(window) {
+  SetFlags(owner);
+  if (window->MenuBar) {
+    bar_ = new QMenuBar(this);
+    menus_ = std::make_unique<MenuView>(*bar_, window->MenuBar, front);
+  } else if (owner && owner->menus_) {
+    addActions(owner->menus_->Actions());
+  }
+  Copy();
+}
+
+void WindowView::SetFlags(const WindowView* owner) {
+  setWindowFlags(FlagsOf(*window_));
+  if (window_->Frame == Window::kMovableModal) setWindowModality(Qt::ApplicationModal);
+  if (window_->Frame == Window::kDocument || !owner) return;
+  create();
+  windowHandle()->setTransientParent(owner->windowHandle());
+}
+
+void WindowView::Copy() {
+  if (menus_) menus_->Copy();
+  if (!window_->TakeStale()) return;
+  copying_ = true;
+  setWindowTitle(OneLine(window_->Title));
+  CopyColor();
+  CopyGeometry();
+  CopyControls();
+  CopyShown();
+  copying_ = false;
+}
+
+void WindowView::CopyColor() {
+  QPalette own;
+  if (window_->HasBackColor) own.setColor(QPalette::Window, ToQColor(window_->BackColor));
+  setPalette(own);
+}
+
+void WindowView::CopyGeometry() {
+  if (bar_) bar_->setVisible(window_->MenuBarVisible);
+  above_ = BarHeight();
+  if (window_->Resizeable) {
+    setMinimumSize(window_->MinWidth, window_->MinHeight + above_);
+    setMaximumSize(window_->MaxWidth, window_->MaxHeight + above_);
+  } else {
+    setFixedSize(window_->Width, window_->Height + above_);
+  }
+  const QRect wanted(window_->Left, window_->Top, window_->Width, window_->Height);
+  if (wanted == known_) return;
+  known_ = wanted;
+  setGeometry(wanted.adjusted(0, -above_, 0, 0));
+  PlaceParts();
+}
+
+void WindowView::CopyControls() {
+  const auto& controls = window_->Controls();
+  views_.resize(controls.size());
+  bool made = false;
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    const Ref<Control>& control = controls[i];
+    const bool stale = control->TakeStale();
+    const bool isNew = !views_[i] && control->Visible;
+    if (isNew) views_[i] = MakeView(control);
+    if (views_[i] && (stale || isNew)) views_[i]->Copy(OriginOf(*control));
+    made |= isNew;
+  }
+  if (made) Arrange();
+}
+
+ControlView* WindowView::MakeView(const Ref<Control>& control) {
+  const bool onPage = tabs_ && control->TabPanelIndex > 0;
+  ControlView* view = ControlView::Make(control, onPage ? tabs_->Page(control->TabPanelIndex) : content_);
+  if (auto* tabs = dynamic_cast<TabPanelView*>(view)) tabs_ = tabs;
+  return view;
+}
+
+QPoint WindowView::OriginOf(const Control& control) const {
+  return tabs_ && control.TabPanelIndex > 0 ? tabs_->pos() : QPoint();
+}
+
+void WindowView::Arrange() {
+  for (ControlView* view : views_)
+    if (view) view->Widget().raise();
+  if (tabs_) tabs_->FocusWidget().raise();
+  QWidget* last = nullptr;
+  for (ControlView* view : InTabOrder()) {
+    if (last) setTabOrder(last, &view->FocusWidget());
+    last = &view->FocusWidget();
+  }
+}
+
+std::vector<ControlView*> WindowView::InTabOrder() const {
+  const auto& controls = window_->Controls();
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < views_.size(); ++i)
+    if (views_[i]) order.push_back(i);
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    const Control& left = *controls[a];
+    const Control& right = *controls[b];
+    if (left.TabPanelIndex != right.TabPanelIndex) return left.TabPanelIndex < right.TabPanelIndex;
+    return left.TabIndex < right.TabIndex;
+  });
+  std::vector<ControlView*> views;
+  for (const std::size_t i : order) views.push_back(views_[i]);
+  return views;
+}
+
+void WindowView::CopyShown() {
+  if (window_->Visible && !isVisible()) {
+    // A window with nothing to type into or to press leaves the focus where it is.
+    QWidget* first = FirstToType();
+    setAttribute(Qt::WA_ShowWithoutActivating, !first);
+    if (first && !focusWidget()) first->setFocus();
+    show();
+  } else if (!window_->Visible && isVisible()) {
+    hide();
+  }
+  if (shows_ == window_->Shows()) return;
+  shows_ = window_->Shows();
+  raise();
+  if (!testAttribute(Qt::WA_ShowWithoutActivating)) activateWindow();
+}
+
+/// What has the focus at first. Tabs can have it, but a person comes for what stands under them.
+QWidget* WindowView::FirstToType() const {
+  for (ControlView* view : InTabOrder()) {
+    QWidget& widget = view->FocusWidget();
+    if (view != static_cast<ControlView*>(tabs_) && (widget.focusPolicy() & Qt::TabFocus)) return &widget;
+  }
+  return nullptr;
+}
+
+int WindowView::BarHeight() const {
+  if (!bar_ || bar_->isHidden() || bar_->isNativeMenuBar()) return 0;
+  return std::max(bar_->sizeHint().height(), bar_->heightForWidth(window_->Width));
+}
+
+void WindowView::PlaceParts() {
+  if (bar_) bar_->setGeometry(0, 0, width(), above_);
+  content_.setGeometry(0, above_, width(), height() - above_);
+}
+
+void WindowView::ReportGeometry() {
+  const QRect now = geometry().adjusted(0, above_, 0, 0);
+  if (now == known_ || !isVisible()) return;
+  if (copying_) {  // the size or place that was asked for could not be had
+    QTimer::singleShot(0, this, [this] { ReportGeometry(); });
+    return;
+  }
+  known_ = now;
+  Application::Note([window = window_, now] {
+    window->UserMove(now.x(), now.y());
+    window->UserResize(now.width(), now.height());
+  });
+}
+
+void WindowView::resizeEvent(QResizeEvent*) {
+  PlaceParts();
+  ReportGeometry();
+}
+
+void WindowView::moveEvent(QMoveEvent*) {
+  ReportGeometry();
+}
+
+void WindowView::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  Application::Deliver([window = window_] { window->UserClose(); });
+}
+
+void WindowView::hideEvent(QHideEvent*) {
+  painted_ = false;
+}
+
+void WindowView::paintEvent(QPaintEvent*) {
+  painted_ = true;
+}
+
+void WindowView::keyPressEvent(QKeyEvent* event) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isReturn && !event->isAutoRepeat())
+    Application::Deliver([window = window_] { window->UserReturn(); });
+  else if (tabs_ && event->matches(QKeySequence::NextChild))
+    tabs_->Step(+1);
+  else if (tabs_ && event->matches(QKeySequence::PreviousChild))
+    tabs_->Step(-1);
+  else
+    QWidget::keyPressEvent(event);
+}
+
+void WindowView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  const QPoint position = event->position().toPoint() - content_.pos();
+  Application::Deliver([window = window_, position] { window->UserMouseDown(position.x(), position.y()); });
+}

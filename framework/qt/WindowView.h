@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QRect>
+#include <QWidget>
+#include <memory>
+#include <vector>
+
+#include "framework/Window.h"
+#include "framework/qt/ControlView.h"
+#include "framework/qt/MenuView.h"
+
+class TabPanelView;
+
+/// What shows one window: a frame by the window manager, the menu bar where the window has one, and the
+/// content below it. Nothing here closes the window: the user's wish is handed on, and the view goes when the
+/// toolkit finds the window gone.
+class WindowView final : public QWidget {
+ public:
+  /// With the baton, as is `Copy`. `owner` is the view that a sheet or a modal window stays above, or
+  /// nullptr.
+  WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front);
+
+  const Ref<Window>& Shown() const { return window_; }
+  /// The window's own menu bar, nullptr for none.
+  MenuView* Menus() const { return menus_.get(); }
+
+  /// Copies what has changed in the window and its controls.
+  void Copy();
+  /// True when the first picture has been drawn since the window was shown.
+  bool Painted() const { return painted_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void SetFlags(const WindowView* owner);
+  void CopyColor();
+  void CopyGeometry();
+  void CopyControls();
+  void CopyShown();
+  ControlView* MakeView(const Ref<Control>& control);
+  void Arrange();
+  std::vector<ControlView*> InTabOrder() const;
+
+  QPoint OriginOf(const Control& control) const;
+  QWidget* FirstToType() const;
+  int BarHeight() const;
+  void PlaceParts();
+  void ReportGeometry();
+
+  const Ref<Window> window_;
+  QMenuBar* bar_ = nullptr;
+  std::unique_ptr<MenuView> menus_;
+  QWidget content_{this};
+  TabPanelView* tabs_ = nullptr;
+  std::vector<ControlView*> views_;  // as the window's controls; nullptr for one that has never been visible
+  int above_ = 0;                    // height of the menu bar
+  QRect known_;  // the content's place on the screen that both the window and this know of
+  int shows_ = 0;
+  bool copying_ = false;
+  bool painted_ = false;
+};
