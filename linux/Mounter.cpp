@@ -54,7 +54,7 @@ std::string Reason(const Failure& failure, const Device& device) {
     case Failure::Reason::UnsupportedByKernel:
       return "this kernel does not support the file system " + CleanLabel(device.fsType);
     case Failure::Reason::TimedOut:
-      return "UDisks2 does not answer";
+      return "no answer from UDisks2 in time, it may still be at work";
     case Failure::Reason::Gone:
     case Failure::Reason::Other:
       break;

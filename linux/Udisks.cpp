@@ -86,7 +86,7 @@ bool IsOneOf(std::string_view name, std::initializer_list<std::string_view> name
 }
 
 Answer Call(sd_bus* bus, sd_bus_message* call, std::chrono::microseconds limit) {
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   const int result = Lib().sd_bus_call(bus, call, static_cast<std::uint64_t>(limit.count()), &error, &reply);
   Answer answer{Message(reply), error.name ? error.name : "", error.message ? error.message : ""};

@@ -25,8 +25,8 @@ const unsigned long kBackup = makedev(8, 18);
 const std::string kError = "org.freedesktop.UDisks2.Error.";
 const std::string kMounted = "36 20 8:18 / /media/Backup rw,nosuid - hfsplus /dev/sdb2 rw\n";
 const std::string kMountedReadOnly = "36 20 8:18 / /media/Backup rw,nosuid - hfsplus /dev/sdb2 ro\n";
-const std::string kMountedTwice = kMounted + "37 20 8:18 / /mnt rw - hfsplus /dev/sdb2 rw\n";
-const std::string kCovered = kMounted + "37 36 8:1 / /media/Backup rw - ext4 /dev/sda1 rw\n";
+const std::string kMountedAgain = "37 20 8:18 / /mnt rw - hfsplus /dev/sdb2 rw\n";
+const std::string kCover = "37 36 8:1 / /media/Backup rw - ext4 /dev/sda1 rw\n";
 
 struct Step {
   std::string error;
@@ -38,83 +38,43 @@ struct Case {
   std::string mounts;
   std::vector<Step> script;
   Requests requests;
-  int status;
-  std::string text;
+  Outcome outcome;
 };
 
+const std::string kBusy = kError + "DeviceBusy";
+const std::string kAskFirst = kError + "NotAuthorizedCanObtain";
+const std::string kDismissed = kError + "NotAuthorizedDismissed";
+const std::string kNoInterface = "org.freedesktop.DBus.Error.UnknownMethod";
+
+const std::string kOn = "Volume Backup on disk7s2 ";
+const std::string kCannot = "Could not mount disk7s2: ";
+const std::string kCannotUnmount = "Could not unmount disk7s2: ";
+
+// clang-format off
 const Case kCases[] = {
-    {"mount", "", {{"", kMounted}}, {"Mount"}, 0, "Volume Backup on disk7s2 mounted at /media/Backup"},
-    {"mount",
-     "",
-     {{"", kMountedReadOnly}},
-     {"Mount"},
-     0,
-     "Volume Backup on disk7s2 mounted read-only at /media/Backup"},
-    {"mount", kMounted, {}, {}, 0, "Volume Backup on disk7s2 is already mounted at /media/Backup"},
-    {"mount",
-     "",
-     {{kError + "AlreadyMounted", kMounted}},
-     {"Mount"},
-     0,
-     "Volume Backup on disk7s2 mounted at /media/Backup"},
-    {"mount", "", {{"", ""}}, {"Mount"}, 1, "Could not mount disk7s2: it did not stay mounted"},
-    {"mount",
-     "",
-     {{kError + "NotAuthorizedCanObtain", ""}, {"", kMounted}},
-     {"Mount", "Mount?"},
-     0,
-     "Volume Backup on disk7s2 mounted at /media/Backup"},
-    {"mount",
-     "",
-     {{kError + "NotAuthorizedCanObtain", ""}, {kError + "NotAuthorizedDismissed", ""}},
-     {"Mount", "Mount?"},
-     1,
-     "Could not mount disk7s2: not authorised"},
-    {"mount",
-     "",
-     {{"org.freedesktop.DBus.Error.UnknownMethod", ""}},
-     {"Mount"},
-     1,
-     "Could not mount disk7s2: there is no volume on it that can be mounted"},
-    {"mount",
-     "",
-     {{kError + "Failed", ""}},
-     {"Mount"},
-     1,
-     "Could not mount disk7s2: this kernel does not support the file system hfsplus"},
-    {"mount",
-     "",
-     {{UdisksMock::kSilence, ""}},
-     {"Mount"},
-     1,
-     "Could not mount disk7s2: UDisks2 does not answer"},
-    {"unMount", kMounted, {{"", ""}}, {"Unmount"}, 0, "Volume Backup on disk7s2 unmounted"},
-    {"unMount",
-     kMountedTwice,
-     {{"", kMounted}, {"", ""}},
-     {"Unmount", "Unmount"},
-     0,
-     "Volume Backup on disk7s2 unmounted"},
-    {"unMount", "", {}, {}, 0, "Volume Backup on disk7s2 is not mounted"},
-    {"unMount",
-     kMounted,
-     {{kError + "DeviceBusy", kMounted}},
-     {"Unmount"},
-     1,
-     "Could not unmount disk7s2: the volume is in use"},
-    {"unMount",
-     kMounted,
-     {{kError + "Failed", kMounted}},
-     {"Unmount"},
-     1,
-     "Could not unmount disk7s2: two?lines"},
-    {"unMount", kCovered, {}, {}, 1, "Could not unmount disk7s2: the volume is in use"},
+    {"mount",   "",        {{"", kMounted}},                      {"Mount"},           {0, kOn + "mounted at /media/Backup\n"}},
+    {"mount",   "",        {{"", kMountedReadOnly}},              {"Mount"},           {0, kOn + "mounted read-only at /media/Backup\n"}},
+    {"mount",   kMounted,  {},                                    {},                  {0, kOn + "is already mounted at /media/Backup\n"}},
+    {"mount",   "",        {{kError + "AlreadyMounted", kMounted}}, {"Mount"},         {0, kOn + "mounted at /media/Backup\n"}},
+    {"mount",   "",        {{kAskFirst, ""}, {"", kMounted}},     {"Mount", "Mount?"}, {0, kOn + "mounted at /media/Backup\n"}},
+    {"mount",   "",        {{kAskFirst, ""}, {kDismissed, ""}},   {"Mount", "Mount?"}, {1, kCannot + "not authorised\n"}},
+    {"mount",   "",        {{"", ""}},                            {"Mount"},           {1, kCannot + "it did not stay mounted\n"}},
+    {"mount",   "",        {{kNoInterface, ""}},                  {"Mount"},           {1, kCannot + "there is no volume on it that can be mounted\n"}},
+    {"mount",   "",        {{kError + "Failed", ""}},             {"Mount"},           {1, kCannot + "this kernel does not support the file system hfsplus\n"}},
+    {"mount",   "",        {{UdisksMock::kSilence, ""}},          {"Mount"},           {1, kCannot + "no answer from UDisks2 in time, it may still be at work\n"}},
+    {"unMount", "",        {},                                    {},                  {0, kOn + "is not mounted\n"}},
+    {"unMount", kMounted,  {{"", ""}},                            {"Unmount"},         {0, kOn + "unmounted\n"}},
+    {"unMount", kMounted + kMountedAgain, {{"", kMounted}, {"", ""}}, {"Unmount", "Unmount"}, {0, kOn + "unmounted\n"}},
+    {"unMount", kMounted,  {{kBusy, kMounted}},                   {"Unmount"},         {1, kCannotUnmount + "the volume is in use\n"}},
+    {"unMount", kMounted,  {{kError + "Failed", kMounted}},       {"Unmount"},         {1, kCannotUnmount + "two?lines\n"}},
+    {"unMount", kMounted + kCover, {},                            {},                  {1, kCannotUnmount + "the volume is in use\n"}},
 };
+// clang-format on
 
 TEST(Mount, GoesThroughUdisks) {
   const Testbed bed;
   for (const Case& each : kCases) {
-    SCOPED_TRACE(each.verb + ": " + each.text);
+    SCOPED_TRACE(each.verb + ": " + each.outcome.text);
     bed.SetMounts(each.mounts);
     std::deque<UdisksMock::Answer> script;
     for (const Step& step : each.script) {
@@ -122,9 +82,9 @@ TEST(Mount, GoesThroughUdisks) {
     }
     const UdisksMock mock(kBackup, script);
     const Outcome outcome = diskutil::RunCommand({each.verb, "disk7s2"}, diskutil::Udisks(300ms));
-    EXPECT_EQ(mock.requests, each.requests);
-    EXPECT_EQ(outcome.status, each.status);
-    EXPECT_EQ(outcome.text, each.text + "\n");
+    EXPECT_EQ(mock.Requests(), each.requests);
+    EXPECT_EQ(outcome.status, each.outcome.status);
+    EXPECT_EQ(outcome.text, each.outcome.text);
   }
 }
 
@@ -138,14 +98,14 @@ TEST(Mount, NeverTouchesADiskThatTookThePlaceOfAnother) {
   EXPECT_EQ(diskutil::Mounter(udisks).Mount(*device).text, "Could not find disk: disk7s2\n");
   bed.SetMounts(kMounted);
   EXPECT_EQ(diskutil::Mounter(udisks).Unmount(*device).text, "Could not find disk: disk7s2\n");
-  EXPECT_EQ(mock.requests, Requests{});
+  EXPECT_EQ(mock.Requests(), Requests{});
 }
 
 TEST(Mount, WaitsForAPersonLongerThanForTheService) {
   const UdisksMock mock(
       kBackup, {{kError + "NotAuthorizedCanObtain", {}}, {"", [] { std::this_thread::sleep_for(600ms); }}});
   EXPECT_FALSE(diskutil::Udisks(200ms, 20s).Mount(kBackup));
-  EXPECT_EQ(mock.requests, (Requests{"Mount", "Mount?"}));
+  EXPECT_EQ(mock.Requests(), (Requests{"Mount", "Mount?"}));
 }
 
 TEST(Mount, TellsAMissingServiceFromAHangingOne) {

@@ -11,8 +11,6 @@
 #include <stdexcept>
 #include <string_view>
 
-const std::string UdisksMock::kSilence = "silence";
-
 struct UdisksMockHandler {
   static int AnswerObjects(sd_bus_message* call, unsigned long number) {
     sd_bus_message* reply = nullptr;
@@ -38,7 +36,10 @@ struct UdisksMockHandler {
     sd_bus_message_enter_container(call, 'a', "{sv}");
     sd_bus_message_read(call, "{sv}", &option, "b", &refuseToAsk);
     const bool mayAsk = !refuseToAsk && sd_bus_message_get_allow_interactive_authorization(call) > 0;
-    mock.requests.push_back(mayAsk ? method + "?" : method);
+    {
+      const std::lock_guard lock(mock.mutex_);
+      mock.requests_.push_back(mayAsk ? method + "?" : method);
+    }
     if (mock.script_.empty()) return sd_bus_reply_method_errorf(call, "test.NotInTheScript", " ");
     const UdisksMock::Answer answer = mock.script_.front();
     mock.script_.pop_front();
@@ -88,6 +89,11 @@ UdisksMock::~UdisksMock() {
   if (thread_.joinable()) thread_.join();
   close(listener_);
   unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+}
+
+std::vector<std::string> UdisksMock::Requests() const {
+  const std::lock_guard lock(mutex_);
+  return requests_;
 }
 
 // One client after the other, as the program comes.

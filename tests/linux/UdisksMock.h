@@ -3,6 +3,7 @@
 #include <atomic>
 #include <deque>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,7 +17,7 @@ class UdisksMock {
     std::function<void()> then;  // What happens before the answer.
   };
   // An error for scripts: takes the request and never answers.
-  static const std::string kSilence;
+  static constexpr const char* kSilence = "silence";
   // In place of a device: a bus without UDisks2, and a bus that accepts and then says nothing.
   static constexpr unsigned long kNoDevice = 0;
   static constexpr unsigned long kDeafBus = ~0UL;
@@ -26,9 +27,8 @@ class UdisksMock {
   UdisksMock(const UdisksMock&) = delete;
   UdisksMock& operator=(const UdisksMock&) = delete;
 
-  // What was asked of the device, such as "Mount" or, with leave to ask a person, "Mount?". Read it when the
-  // client has its answers.
-  std::vector<std::string> requests;
+  // What was asked of the device, such as "Mount" or, with leave to ask a person, "Mount?".
+  std::vector<std::string> Requests() const;
 
  private:
   friend struct UdisksMockHandler;
@@ -37,6 +37,8 @@ class UdisksMock {
   unsigned long deviceNumber_;
   std::deque<Answer> script_;
   int listener_;
+  mutable std::mutex mutex_;
+  std::vector<std::string> requests_;
   std::atomic<bool> stop_ = false;
   std::thread thread_;
 };
