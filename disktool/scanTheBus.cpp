@@ -10,6 +10,8 @@ namespace {
 constexpr Integer kLineFeed = 10;
 constexpr Integer kCarriageReturn = 13;
 
+}  // namespace
+
 // CR and LF each end a line, so a CR LF pair adds an empty row, which the filter takes out again. What stands
 // behind the last line end is no line.
 void SplitIntoLines(const String& text, Listbox& lines) {
@@ -37,8 +39,6 @@ void KeepPlainHfs(Listbox& lines) {
     YieldPoint();
   }
 }
-
-}  // namespace
 
 void scanTheBus::Event_Run() {
   const auto shell = New<Shell>();
