@@ -33,8 +33,8 @@ using Counted = std::unique_ptr<T, Unref>;
 struct Found {
   std::string path;  // Its folder in sysfs.
   Device device;
-  bool described =
-      false;  // udev's database knows the device: what it does not say, the device does not have.
+  // udev's database knows the device: what it does not say, the device does not have.
+  bool described = false;
 };
 
 std::string_view View(const char* text) {
@@ -73,11 +73,12 @@ struct Attachment {
 // The first sign found in the path counts: a card reader on USB is USB.
 constexpr std::array kAttachments = {
     Attachment{"/virtual/block/loop", "Disk Image", false, Device::Origin::Image},
+    Attachment{"/nvme", "NVMe", false,
+               Device::Origin::Physical},  // Below /virtual/ when it has several paths.
     Attachment{"/virtual/", "Virtual", false, Device::Origin::Virtual},
     Attachment{"/usb", "USB", true, Device::Origin::Physical},
     Attachment{"/fw", "FireWire", true, Device::Origin::Physical},
     Attachment{"/mmc_host/", "Secure Digital", true, Device::Origin::Physical},
-    Attachment{"/nvme/", "NVMe", false, Device::Origin::Physical},
     Attachment{"/ata", "SATA", false, Device::Origin::Physical},
     Attachment{"/virtio", "Virtio", false, Device::Origin::Physical},
     Attachment{"", "SCSI", false, Device::Origin::Physical},

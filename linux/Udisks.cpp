@@ -3,12 +3,11 @@
 #include <dlfcn.h>
 #include <systemd/sd-bus.h>
 
-#include <array>
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -125,23 +124,18 @@ Connection Connect(std::chrono::microseconds limit) {
   return {Lib().sd_bus_is_ready(made) > 0 ? std::move(bus) : nullptr};
 }
 
-// Goes through a container of `contents`, calling `read` for each element until it fails.
+// Goes through an array of dictionary entries, calling `read` inside each until it fails.
 template <typename Read>
-bool ForEach(sd_bus_message* message, char type, const char* contents, Read read) {
-  if (Lib().sd_bus_message_enter_container(message, type, contents) < 0) return false;
+bool ForEachEntry(sd_bus_message* message, const std::string& entry, Read read) {
+  const auto enter = [&](char type, const std::string& contents) {
+    return Lib().sd_bus_message_enter_container(message, type, contents.c_str()) >= 0;
+  };
+  const auto leave = [&] { return Lib().sd_bus_message_exit_container(message) >= 0; };
+  if (!enter(SD_BUS_TYPE_ARRAY, "{" + entry + "}")) return false;
   while (Lib().sd_bus_message_at_end(message, 0) == 0) {
-    if (!read()) return false;
+    if (!enter(SD_BUS_TYPE_DICT_ENTRY, entry) || !read() || !leave()) return false;
   }
-  return Lib().sd_bus_message_exit_container(message) >= 0;
-}
-
-template <typename Read>
-bool ForEachEntry(sd_bus_message* message, const char* entry, Read read) {
-  const std::string array = std::string("{") + entry + "}";
-  return ForEach(message, SD_BUS_TYPE_ARRAY, array.c_str(), [&] {
-    return Lib().sd_bus_message_enter_container(message, SD_BUS_TYPE_DICT_ENTRY, entry) >= 0 && read() &&
-           Lib().sd_bus_message_exit_container(message) >= 0;
-  });
+  return leave();
 }
 
 // The object of the device among all objects of UDisks2; empty when it knows no such device.
@@ -171,19 +165,24 @@ std::string FindObject(sd_bus_message* objects, dev_t number) {
 
 enum class Asking { Never, Allowed };
 
+// Nothing when there is no memory for it.
+Message NewCall(sd_bus* bus, const std::string& object, const char* interface, const char* method) {
+  sd_bus_message* call = nullptr;
+  const int result =
+      Lib().sd_bus_message_new_method_call(bus, &call, kService, object.c_str(), interface, method);
+  return Message(result < 0 ? nullptr : call);
+}
+
 Answer CallFilesystem(sd_bus* bus, const std::string& object, const char* method, Asking asking,
                       std::chrono::microseconds limit) {
-  sd_bus_message* made = nullptr;
-  if (Lib().sd_bus_message_new_method_call(bus, &made, kService, object.c_str(), kFilesystem, method) < 0) {
-    return {nullptr, "?", {}};
-  }
-  const Message call(made);
+  const Message call = NewCall(bus, object, kFilesystem, method);
   const bool allowed = asking == Asking::Allowed;
-  if (Lib().sd_bus_message_set_allow_interactive_authorization(made, allowed ? 1 : 0) < 0 ||
-      Lib().sd_bus_message_append(made, "a{sv}", 1, "auth.no_user_interaction", "b", allowed ? 0 : 1) < 0) {
+  if (!call || Lib().sd_bus_message_set_allow_interactive_authorization(call.get(), allowed ? 1 : 0) < 0 ||
+      Lib().sd_bus_message_append(call.get(), "a{sv}", 1, "auth.no_user_interaction", "b", allowed ? 0 : 1) <
+          0) {
     return {nullptr, "?", {}};
   }
-  return Call(bus, made, limit);
+  return Call(bus, call.get(), limit);
 }
 
 bool TimedOut(std::string_view error) {
@@ -220,13 +219,10 @@ MaybeFailure Udisks::Request(const char* method, dev_t number) const {
   if (timedOut) return Failure{Failure::Reason::TimedOut, {}};
   if (!bus) return Failure{Failure::Reason::NoService, {}};
 
-  sd_bus_message* made = nullptr;
-  if (Lib().sd_bus_message_new_method_call(bus.get(), &made, kService, "/org/freedesktop/UDisks2",
-                                           "org.freedesktop.DBus.ObjectManager", "GetManagedObjects") < 0) {
-    return Failure{Failure::Reason::NoService, {}};
-  }
-  const Message list(made);
-  const Answer objects = Call(bus.get(), made, timeLimit_);
+  const Message list = NewCall(bus.get(), "/org/freedesktop/UDisks2", "org.freedesktop.DBus.ObjectManager",
+                               "GetManagedObjects");
+  if (!list) throw std::bad_alloc();
+  const Answer objects = Call(bus.get(), list.get(), timeLimit_);
   if (!objects.reply) {
     return TimedOut(objects.error) ? Failure{Failure::Reason::TimedOut, {}}
                                    : Failure{Failure::Reason::NoService, objects.words};

@@ -1,9 +1,10 @@
 // What `list` and `info` print of mocked disks.
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
-#include <fstream>
-#include <iterator>
+#include <cstdlib>
 #include <string>
 
 #include "linux/Command.h"
@@ -12,25 +13,17 @@
 namespace {
 
 using diskutil::Outcome;
+using Words = std::vector<std::string_view>;
 
-Outcome Diskutil(const std::vector<std::string_view>& words) {
+Outcome Diskutil(const Words& words) {
   return diskutil::RunCommand(words, diskutil::Udisks());
-}
-
-std::string Data(const std::string& name) {
-  std::ifstream file(TEST_DATA "/" + name);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 TEST(Report, ListsEveryDiskThatHoldsAMedium) {
   const Testbed bed;
   const Outcome list = Diskutil({"LIST"});
   EXPECT_EQ(list.status, 0);
-  EXPECT_EQ(list.text, Data("list.txt"));
-
-  // The distances by which a row is taken apart.
-  const std::string row = "   2:                  Apple_HFS Backup                  120.5 GB   disk7s2\n";
-  EXPECT_NE(list.text.find(row), std::string::npos);
+  EXPECT_EQ(list.text, TestData("list.txt"));
 }
 
 TEST(Report, InfoTellsTheMountedStateInSpiteOfTheName) {
@@ -42,22 +35,46 @@ TEST(Report, InfoTellsTheMountedStateInSpiteOfTheName) {
   bed.SetMounts("36 20 8:18 / /media/two\\040words\\012 rw,nosuid - hfsplus /dev/sdb2 ro,umask=22\n");
   const Outcome info = Diskutil({"info", "disk", "of 120.5 GB", "/dev/disk7s2"});
   EXPECT_EQ(info.status, 0);
-  EXPECT_EQ(info.text, Data("info.txt"));
+  EXPECT_EQ(info.text, TestData("info.txt"));
 }
 
 TEST(Report, RefusesWhatItDoesNotUnderstand) {
   const Testbed bed;
-  for (const std::vector<std::string_view>& words : std::vector<std::vector<std::string_view>>{
+  for (const Words& words : std::vector<Words>{
            {}, {"info"}, {"list", "disk7"}, {"erase", "disk7"}, {"mount", "Backup"}, {"info", "disk07"}}) {
     const Outcome outcome = Diskutil(words);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_TRUE(outcome.text.starts_with("Usage: "));
   }
+  // The last word counts, also when it names nothing and one before it does.
   for (const std::string_view id : {"disk7s4", "disk8", "disk2", "disk3", "disk18446744073709551615s1"}) {
     const Outcome outcome = Diskutil({"unMount", "disk7s2", id});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.text, "Could not find disk: " + std::string(id) + "\n");
   }
+}
+
+// The status of the program itself, as it is started by others.
+int StatusOfList(const std::string& redirected) {
+  const int status = std::system(("LD_PRELOAD=" UMOCKDEV_PRELOAD
+                                  " ASAN_OPTIONS=verify_asan_link_order=0 " PROGRAM " list 2>/dev/null " +
+                                  redirected)
+                                     .c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(Report, FailsWhenItCannotBeWritten) {
+  const Testbed bed;
+  EXPECT_EQ(StatusOfList("| cmp - " TEST_DATA "/list.txt"), 0);
+  EXPECT_EQ(StatusOfList(">/dev/full"), 1);
+  EXPECT_EQ(StatusOfList(">&-"), 1);
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  close(ends[0]);
+  dup2(ends[1], 9);
+  EXPECT_EQ(StatusOfList(">&9"), 1) << "a pipe that nobody reads";
+  close(ends[1]);
+  close(9);
 }
 
 }  // namespace
