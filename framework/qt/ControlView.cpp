@@ -1,5 +1,7 @@
 #include "framework/qt/ControlView.h"
 
+#include <QPainter>
+
 #include "framework/qt/BevelButtonView.h"
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/CheckBoxView.h"
@@ -27,6 +29,13 @@ QString PlainToolTip(const String& text) {
 }
 
 }  // namespace
+
+void PaintFocusRing(QWidget& widget) {
+  if (!widget.hasFocus()) return;
+  QPainter painter(&widget);
+  painter.setPen(widget.palette().color(QPalette::Highlight));
+  painter.drawRect(widget.rect().adjusted(0, 0, -1, -1));
+}
 
 ControlView* ControlView::Make(const Ref<Control>& control, QWidget& parent) {
   for (const auto make :

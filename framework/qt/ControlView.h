@@ -33,6 +33,9 @@ class ControlView {
   virtual bool NamesItself() const { return false; }
 };
 
+/// Draws the focus around a widget whose own drawing does not show it. Called after that.
+void PaintFocusRing(QWidget& widget);
+
 /// Base of the views: the widget, the control and what ties them.
 template <class ControlClass, class WidgetClass>
 class ViewOf : public WidgetClass, public ControlView {

@@ -139,11 +139,7 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
 bool ListView::event(QEvent* event) {
   const bool result = QTableView::event(event);
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
-  if (event->type() == QEvent::Paint && hasFocus()) {  // the ring around the list
-    QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Highlight));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-  }
+  if (event->type() == QEvent::Paint) PaintFocusRing(*this);
   return result;
 }
 

@@ -4,10 +4,12 @@
 #include <unistd.h>
 
 #include <QDeadlineTimer>
+#include <QGridLayout>
 #include <QImageReader>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProcess>
+#include <QPushButton>
 #include <QScreen>
 #include <QSocketNotifier>
 #include <QWindow>
@@ -21,6 +23,8 @@ namespace {
 
 constexpr int kWakeInterval = 15;    // milliseconds between two updates that other threads ask for
 constexpr int kPresentLimit = 1000;  // milliseconds
+
+constexpr int kMessageWidth = 260;  // pixels a message has at least
 
 constexpr QEventLoop::ProcessEventsFlags kAllButInput =
     QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents;
@@ -173,7 +177,9 @@ void QtToolkit::ShowMessage(const String& text) {
   QMessageBox box;
   box.setTextFormat(Qt::PlainText);
   box.setText(Lines(text));
-  box.setStandardButtons(QMessageBox::Ok);
+  box.addButton(QMessageBox::Ok)->setIcon({});
+  if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))  // room for the title over a short text
+    grid->addItem(new QSpacerItem(kMessageWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
   if (const WindowView* front = Front()) {
     box.setWindowTitle(views_.front()->windowTitle());
     box.winId();  // makes the window, which must know before it shows what it belongs to

@@ -31,3 +31,10 @@ void TextAreaView::CopyText() {
   text_ = control_->Text;
   setPlainText(LongText(text_));
 }
+
+bool TextAreaView::event(QEvent* event) {
+  const bool result = QPlainTextEdit::event(event);
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+  if (event->type() == QEvent::Paint) PaintFocusRing(*this);
+  return result;
+}

@@ -11,6 +11,7 @@ class TextAreaView final : public ViewOf<TextArea, QPlainTextEdit> {
 
  protected:
   void CopyOwn() override;
+  bool event(QEvent* event) override;
 
  private:
   void CopyText();

@@ -1,6 +1,7 @@
 #include "framework/qt/WindowView.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
@@ -48,12 +49,19 @@ void WindowView::Copy() {
   if (menus_) menus_->Copy();
   if (!window_->TakeStale()) return;
   copying_ = true;
-  setWindowTitle(OneLine(window_->Title));
+  CopyTitle();
   CopyColor();
   CopyGeometry();
   CopyControls();
   CopyShown();
   copying_ = false;
+}
+
+void WindowView::CopyTitle() {
+  // Qt writes the program's name over a window that has no title. A blank stays a blank.
+  const QString title = OneLine(window_->Title);
+  setWindowTitle(title.isEmpty() ? QString(' ') : title);
+  if (title.isEmpty()) setAccessibleName(QCoreApplication::applicationName());
 }
 
 void WindowView::CopyColor() {

@@ -40,6 +40,7 @@ class WindowView final : public QWidget {
 
  private:
   void SetFlags(const WindowView* owner);
+  void CopyTitle();
   void CopyColor();
   void CopyGeometry();
   void CopyControls();
