@@ -15,9 +15,19 @@ struct Ending {};  // unwinds a killed thread; no code of the program catches it
 
 thread_local Thread* current = nullptr;
 
-std::vector<Thread*>& Running() {  // guarded by the baton
+// Both guarded by the baton.
+std::vector<Thread*>& Running() {
   static std::vector<Thread*> running;
   return running;
+}
+// Those whose run has ended and which are leaving: joined before the next run and at the end.
+std::vector<std::thread>& Leaving() {
+  static std::vector<std::thread> leaving;
+  return leaving;
+}
+
+void Join(std::vector<std::thread> threads) {
+  for (std::thread& thread : threads) thread.join();
 }
 
 constexpr int kSuspendedTick = 20;  // milliseconds between two looks of a suspended thread
@@ -28,24 +38,15 @@ Thread* Thread::Current() {
   return current;
 }
 
-Thread::~Thread() {
-  if (!thread_.joinable()) return;
-  // The last reference may have been the running body's own.
-  if (thread_.get_id() == std::this_thread::get_id())
-    thread_.detach();
-  else
-    thread_.join();
-}
-
 void Thread::Run() {
   if (running_) throw ThreadAlreadyRunningException();
-  if (thread_.joinable()) thread_.join();
+  Join(std::exchange(Leaving(), {}));
+  thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });  // which waits for the baton
   running_ = true;
   killed_ = suspended_ = lookUp_ = false;
   sleep_ = 0;
   kill_ = Pipe::Open();
   Running().push_back(this);
-  thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });
 }
 
 void Thread::Body() {
@@ -59,6 +60,7 @@ void Thread::Body() {
   }
   if (lookUp_) Baton::Want(-1);
   std::erase(Running(), this);
+  if (thread_.joinable()) Leaving().push_back(std::move(thread_));
   kill_ = Pipe();
   running_ = false;
 }
@@ -111,14 +113,16 @@ void Thread::Yield() {
 }
 
 void Thread::EndAll() {
-  std::vector<Ref<Thread>> threads;
+  std::vector<std::thread> threads;
   {
     const Baton::Turn turn;
-    for (Thread* thread : Running()) threads.emplace_back(thread);
-    for (const auto& thread : threads) thread->Kill();
+    threads = std::exchange(Leaving(), {});
+    for (Thread* thread : Running()) {
+      thread->Kill();
+      threads.push_back(std::move(thread->thread_));
+    }
   }
-  for (const auto& thread : threads)
-    if (thread->thread_.joinable()) thread->thread_.join();
+  Join(std::move(threads));
 }
 
 void Thread::YieldCurrent() {

@@ -15,8 +15,6 @@ class Window;
 /// All members are called while the baton is held.
 class Thread : public Object {
  public:
-  ~Thread() override;
-
   /// Ends the thread by unwinding: at its next yield point, or where it waits. A command it waits for is
   /// terminated.
   virtual void Kill();
@@ -47,7 +45,8 @@ class Thread : public Object {
   /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
   [[noreturn]] void Unwind();
 
-  /// Kills all running threads and waits until they have ended. Called without the baton.
+  /// Kills all running threads and waits until they and all that ran before are gone. Called without the
+  /// baton.
   static void EndAll();
 
  protected:
