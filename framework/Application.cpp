@@ -81,6 +81,13 @@ void ShowRequestedMessages() {
   }
 }
 
+/// A message that was asked for in the middle of a handler has been passed over then.
+void WakeForMessages() {
+  Run& run = TheRun();
+  const std::lock_guard lock(run.requestsMutex);
+  if (!run.requests.empty()) run.toolkit->Wake();
+}
+
 void MsgBoxFromThread(const String& text, Thread& thread) {
   const auto request = std::make_shared<MessageRequest>(MessageRequest{text, Pipe::Open()});
   {
@@ -193,6 +200,7 @@ void Application::Deliver(std::function<void()> event) {
     RunCallback(next);
   }
   UpdateScreen();
+  WakeForMessages();
 }
 
 void Application::Note(const std::function<void()>& change) {
