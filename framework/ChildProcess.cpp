@@ -37,8 +37,9 @@ enum class Found { kNo, kNotExecutable, kYes };
 
 Found Look(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return Found::kNo;
-  return access(path.c_str(), X_OK) == 0 ? Found::kYes : Found::kNotExecutable;
+  if (stat(path.c_str(), &status) != 0) return Found::kNo;
+  const bool executable = S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+  return executable ? Found::kYes : Found::kNotExecutable;
 }
 
 struct Lookup {
