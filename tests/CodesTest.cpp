@@ -1,0 +1,139 @@
+#include <climits>
+
+#include "app/App.h"
+#include "tests/headless/ProgramFixture.h"
+#include "tests/headless/ScriptedShell.h"
+#include "windows/Window2.h"
+#include "windows/Window3.h"
+
+namespace {
+
+/// The program over a tool that ends with any code. Row 0 is not mounted, row 1 is.
+class Codes : public ProgramFixture {
+ protected:
+  Codes() {
+    theTool = [this](const std::string& command) { return Answer(command); };
+    WritePrefs(false, false, true);
+  }
+
+  ToolAnswer Answer(const std::string& command) {
+    if (command == "diskutil list")
+      return {listCode_,
+              " Apple_HFS My Data      80.0 GB  disk0s2\n Apple_HFS Backup     120.5 GB  disk0s3\n"};
+    if (Thread::Current())  // a probe, the status of which does not count
+      return {5,
+              std::string("   Mounted:                  ") + (command.ends_with("3") ? "Yes" : "No") + "\n"};
+    commands_.push_back(command);
+    feedback_ = IsOpen("Window2")
+                    ? (Window2()->staticTitle()->Text + "/" + Window2()->StaticText1()->Text).Utf8()
+                    : "";
+    if (duringCommand_) duringCommand_();
+    return {code_, "A report\r\nwith \xFF"};
+  }
+
+  int listCode_ = 0;
+  int code_ = 0;
+  std::vector<std::string> commands_;
+  std::string feedback_;  // the feedback window's texts while the last command ran
+  std::function<void()> duringCommand_;
+};
+
+TEST_F(Codes, OfMountUnmountAndReport) {
+  const struct {
+    const char* Button;
+    int Row;
+    bool Feedback;  // the setting
+    const char *Command, *Texts, *Table;
+  } operations[] = {
+      {"mountBtn", 0, false, "diskutil mount disk0s2", "",
+       "My Data|80.0 GB||disk0s2|mounted\nBackup|120.5 GB||disk0s3|mounted\n"},
+      {"mountBtn", 0, true, "diskutil mount disk0s2",
+       "Executing the command 'diskutil mount'/Mounting «My Data».\rPlease wait...",
+       "My Data|80.0 GB||disk0s2|mounted\nBackup|120.5 GB||disk0s3|mounted\n"},
+      {"unMountBtn", 1, false, "diskutil unMount disk0s3",
+       "Executing the command 'diskutil unmount'/unMounting «Backup».\rPlease wait...",
+       "My Data|80.0 GB||disk0s2|not mounted\nBackup|120.5 GB||disk0s3|not mounted\n"},
+      {"infoBtn", 1, false, "diskutil info disk0s3",
+       "Executing the command 'diskutil info'\r/Reading info for «Backup».\rPlease wait...",
+       "My Data|80.0 GB||disk0s2|not mounted\nBackup|120.5 GB||disk0s3|mounted\n"},
+  };
+  RunProgram([&] {
+    for (const int code : {INT_MIN, -1, 0, 1, 2, 255, 256, 257, INT_MAX}) {
+      for (const auto& operation : operations) {
+        SCOPED_TRACE(operation.Button + std::string(" ") + std::to_string(code));
+        Scan();
+        App()->showFeedbackWin = operation.Feedback;
+        code_ = code;
+        const bool passedOver = code == 256 && operation.Button == std::string("unMountBtn");
+        TheStage().Messages.clear();
+        std::vector<std::string> expected;
+        if (code > 0 && !passedOver) {
+          expected.push_back("Error code: " + std::to_string(code));
+          TheStage().Answers.emplace_back([&] { EXPECT_EQ(IsOpen("Window2"), *operation.Texts != '\0'); });
+        }
+        Select(operation.Row);
+        Press(operation.Button);
+        EXPECT_EQ(TheStage().Messages, expected);
+        EXPECT_EQ(commands_.back(), operation.Command);
+        EXPECT_EQ(feedback_, operation.Texts);
+        EXPECT_EQ(Table(), operation.Table);
+        EXPECT_FALSE(IsOpen("Window2"));
+        const bool reported = operation.Button == std::string("infoBtn") && code <= 0;
+        EXPECT_EQ(IsOpen("Window3"), reported);
+        if (reported) {
+          EXPECT_EQ(Window3()->staticTitle()->Text.Get().Utf8(), "diskutil info for: Backup (disk0s3)");
+          EXPECT_EQ(Window3()->infoFld()->Text.Get().Utf8(), "A report\r\nwith \xFF");
+          Application::Deliver([] { Window3()->PushButton1()->UserPress(); });
+        }
+      }
+    }
+  });
+}
+
+TEST_F(Codes, ReadTheSelectedRowAndStyleTheOtherOne) {
+  RunProgram([&] {
+    Scan();
+    Select(1);
+    Application::Deliver([] { Window1()->mountThisDisk(0); });
+    EXPECT_EQ(commands_.back(), "diskutil mount disk0s3");
+    EXPECT_EQ(Table(), "My Data|80.0 GB||disk0s2|mounted\nBackup|120.5 GB||disk0s3|mounted\n");
+    Application::Deliver([] { Window1()->unMountThisDisk(-1); });
+    EXPECT_EQ(commands_.back(), "diskutil unMount disk0s3");
+  });
+}
+
+TEST_F(Codes, NoHandlerRunsInsideAnotherOnesCommand) {
+  RunProgram([&] {
+    Scan();
+    Select(0);
+    std::string order;
+    duringCommand_ = [&] {
+      Application::Deliver(
+          [&] { order += "event with Window2 " + std::string(IsOpen("Window2") ? "open" : "closed"); });
+      order += "command, ";
+    };
+    Press("infoBtn");
+    EXPECT_EQ(order, "command, event with Window2 closed");
+  });
+}
+
+TEST_F(Codes, BelowZeroAreNoFailureOfTheList) {
+  listCode_ = -1;
+  RunProgram([&] {
+    Scan();
+    EXPECT_EQ(Read([] { return Window1()->ListBox2()->ListCount(); }), 2);
+  });
+}
+
+TEST_F(Codes, AboveAnyStatusEndTheProgramAfterTheList) {
+  listCode_ = 256;
+  DismissMessages(1);
+  EXPECT_EQ(RunProgram([&] {
+              Press("scanButton");
+              PumpUntil([] { return false; });
+            }),
+            0);
+  EXPECT_EQ(TheStage().Messages, std::vector<std::string>{"Error code: 256"});
+}
+
+}  // namespace

@@ -1,0 +1,164 @@
+#include "framework/Thread.h"
+
+#include <chrono>
+
+#include "framework/Application.h"
+#include "framework/Shell.h"
+#include "tests/headless/ProgramFixture.h"
+#include "tests/headless/Worker.h"
+
+namespace {
+
+class ThreadTest : public ProgramFixture {
+ protected:
+  void Start(std::function<void()> work) {
+    worker_->Work = std::move(work);
+    Application::Deliver([this] { worker_->Run(); });
+  }
+  bool Ends() {
+    return PumpUntil([this] { return worker_->KillFd() < 0; });
+  }
+  /// A worker that counts until it is killed.
+  void StartCounting() {
+    Start([this] {
+      const struct Leave {
+        bool& left;
+        ~Leave() { left = true; }
+      } leave{left_};
+      for (;;) {
+        ++count_;
+        YieldPoint();
+      }
+    });
+  }
+  bool Counts() {
+    const int before = Read([this] { return count_; });
+    return PumpUntil([&] { return count_ > before; });
+  }
+
+  Ref<Worker> worker_ = New<Worker>();
+  int count_ = 0;
+  bool left_ = false;
+};
+
+TEST_F(ThreadTest, RunsAgainOnlyAfterItsEnd) {
+  RunProgram([&] {
+    for (int run = 1; run <= 3; ++run) {
+      bool goOn = false;
+      Start([&] {
+        ++count_;
+        while (!goOn) YieldPoint();
+      });
+      Application::Deliver([&] { EXPECT_THROW(worker_->Run(), ThreadAlreadyRunningException); });
+      Application::Deliver([&] { goOn = true; });
+      ASSERT_TRUE(Ends());
+      EXPECT_EQ(count_, run);
+    }
+  });
+}
+
+TEST_F(ThreadTest, YieldPointsHandOverBothWays) {
+  RunProgram([&] {
+    StartCounting();
+    for (int turn = 0; turn < 100; ++turn) ASSERT_TRUE(Counts()) << "one of the two starved";
+    Application::Deliver([&] { worker_->Kill(); });
+    EXPECT_TRUE(Ends());
+    EXPECT_TRUE(left_) << "the thread did not unwind";
+  });
+}
+
+TEST_F(ThreadTest, StandsStillWhileSuspendedAndCanBeKilledThen) {
+  RunProgram([&] {
+    StartCounting();
+    ASSERT_TRUE(Counts());
+    Application::Deliver([&] { worker_->Suspend(); });
+    const int stopped = Read([&] { return count_; });
+    int looks = 0;
+    EXPECT_FALSE(PumpUntil([&] { return ++looks > 10 || count_ != stopped; }) && looks <= 10);
+    Application::Deliver([&] { worker_->Resume(); });
+    EXPECT_TRUE(Counts());
+    Application::Deliver([&] {
+      worker_->Suspend();
+      worker_->Kill();
+    });
+    EXPECT_TRUE(Ends());
+  });
+}
+
+TEST_F(ThreadTest, SleepsAsLongAsToldAndCanBeKilledThen) {
+  using namespace std::chrono;
+  RunProgram([&] {
+    milliseconds slept{};
+    Start([&] {
+      const auto begin = steady_clock::now();
+      worker_->Sleep(60);
+      YieldPoint();
+      slept = duration_cast<milliseconds>(steady_clock::now() - begin);
+      worker_->Sleep(3'600'000);
+      YieldPoint();
+      ADD_FAILURE() << "woke up";
+    });
+    ASSERT_TRUE(PumpUntil([&] { return slept.count() != 0; }));
+    EXPECT_GE(slept.count(), 60);
+    Application::Deliver([&] { worker_->Kill(); });
+    EXPECT_TRUE(Ends());
+  });
+}
+
+TEST_F(ThreadTest, AMessageFromItLetsHandlersRunMeanwhile) {
+  RunProgram([&] {
+    bool handled = false, dismissed = false;
+    TheStage().Answers.emplace_back([&] { Application::Deliver([&] { handled = !dismissed; }); });
+    Start([&] {
+      MsgBox("Hello");
+      dismissed = true;
+    });
+    ASSERT_TRUE(Ends());
+    EXPECT_TRUE(handled && dismissed);
+  });
+}
+
+TEST_F(ThreadTest, AMessageAskedForDuringAHandlerComesUpBehindIt) {
+  RunProgram([&] {
+    std::atomic<bool> asked = false;
+    DismissMessages(1);
+    Start([&] {
+      asked = true;
+      MsgBox("Hello");
+    });
+    while (!asked) std::this_thread::yield();
+    Application::Deliver([] {
+      New<Shell>()->Execute("sleep 0.1");
+      EXPECT_TRUE(TheStage().Messages.empty()) << "a message came up in the middle of a handler";
+    });
+    EXPECT_TRUE(Ends()) << "the message was forgotten";
+  });
+}
+
+TEST_F(ThreadTest, AQuitEndsItsWaitForAMessage) {
+  RunProgram([&] {
+    worker_->Work = [] {
+      MsgBox("Nobody will see this");
+      ADD_FAILURE() << "the thread went on";
+    };
+    Application::Deliver([&] {
+      worker_->Run();
+      Quit(0);
+    });
+  });
+  EXPECT_TRUE(TheStage().Messages.empty());
+}
+
+TEST_F(ThreadTest, AnExceptionNamesItsClassAndEndsTheThreadOnly) {
+  RunProgram([&] {
+    DismissMessages(2);
+    Start([] { Ref<Window>()->Show(); });
+    ASSERT_TRUE(Ends());
+    Application::Deliver([] { Ref<Window>()->Show(); });
+    ASSERT_EQ(TheStage().Messages.size(), 2u);
+    for (const auto& message : TheStage().Messages)
+      EXPECT_NE(message.find("NilObjectException"), std::string::npos) << message;
+  });
+}
+
+}  // namespace

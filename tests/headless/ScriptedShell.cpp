@@ -1,0 +1,11 @@
+#include "tests/headless/ScriptedShell.h"
+
+#include "framework/Shell.h"
+
+std::function<ToolAnswer(const std::string& commandLine)> theTool;
+
+void Shell::Execute(const String& commandLine) {
+  ToolAnswer answer = theTool(commandLine.Utf8());
+  errorCode_ = answer.ErrorCode;
+  result_ = String(std::move(answer.Result));
+}
