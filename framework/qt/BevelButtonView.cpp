@@ -16,6 +16,10 @@ void BevelButtonView::CopyIcon() {
   const QImage image = ToQImage(icon_);
   const QSize inside = size().shrunkBy({kEdge, kEdge, kEdge, kEdge});
   const bool fits = image.width() <= inside.width() && image.height() <= inside.height();
-  setIcon(image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image)));
-  setIconSize(fits ? image.size() : image.size().scaled(inside, Qt::KeepAspectRatio));
+  const QSize shown = fits ? image.size() : image.size().scaled(inside, Qt::KeepAspectRatio);
+  QPixmap pixmap = QPixmap::fromImage(
+      image.scaled(shown * devicePixelRatioF(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+  pixmap.setDevicePixelRatio(devicePixelRatioF());
+  setIcon(pixmap);
+  setIconSize(shown);
 }

@@ -30,11 +30,18 @@ QString PlainToolTip(const String& text) {
 
 }  // namespace
 
+void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight) {
+  painter.fillRect(area.left(), area.top(), area.width() - 1, 1, topLeft);
+  painter.fillRect(area.left(), area.top(), 1, area.height() - 1, topLeft);
+  painter.fillRect(area.left(), area.bottom(), area.width(), 1, bottomRight);
+  painter.fillRect(area.right(), area.top(), 1, area.height(), bottomRight);
+}
+
 void PaintFocusRing(QWidget& widget) {
   if (!widget.hasFocus()) return;
   QPainter painter(&widget);
-  painter.setPen(widget.palette().color(QPalette::Highlight));
-  painter.drawRect(widget.rect().adjusted(0, 0, -1, -1));
+  const QColor color = widget.palette().color(QPalette::Highlight);
+  PaintRing(painter, widget.rect(), color, color);
 }
 
 ControlView* ControlView::Make(const Ref<Control>& control, QWidget& parent) {

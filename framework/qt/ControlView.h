@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QColor>
 #include <QPoint>
+#include <QRect>
 #include <QWidget>
 #include <memory>
 
@@ -33,6 +35,8 @@ class ControlView {
   virtual bool NamesItself() const { return false; }
 };
 
+/// A line of one pixel inside the edges of `area`, sharp at every scale.
+void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight);
 /// Draws the focus around a widget whose own drawing does not show it. Called after that.
 void PaintFocusRing(QWidget& widget);
 

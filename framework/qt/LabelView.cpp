@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
+#include <cstdlib>
 
 #include "framework/Rectangle.h"
 #include "framework/Window.h"
@@ -36,6 +37,14 @@ bool StandsOnFill(const Label& label) {
   return false;
 }
 
+/// The design's colours were chosen for a light window. One that would be lost on the window's background is
+/// the palette's link colour.
+QColor Readable(QColor color, const QPalette& palette) {
+  constexpr int kLeastContrast = 80;  // in shades of grey
+  const int contrast = std::abs(qGray(color.rgb()) - qGray(palette.color(QPalette::Window).rgb()));
+  return contrast < kLeastContrast ? palette.color(QPalette::Link) : color;
+}
+
 }  // namespace
 
 LabelView::LabelView(const Ref<Label>& control, QWidget& parent) : ViewOf(control, parent) {
@@ -60,9 +69,12 @@ void LabelView::CopyOwn() {
 }
 
 void LabelView::CopyColor() {
-  const Color color = control_->TextColor;
-  QPalette own;  // sets nothing: the window's colours show
-  if (color != RGB(0, 0, 0) || StandsOnFill(*control_)) own.setColor(QPalette::WindowText, ToQColor(color));
+  QPalette own;  // what it does not set follows the window's colours, and so does black
+  const QColor color = ToQColor(control_->TextColor);
+  if (StandsOnFill(*control_))
+    own.setColor(QPalette::WindowText, color);
+  else if (color != Qt::black)
+    own.setColor(QPalette::WindowText, Readable(color, window()->palette()));
   setPalette(own);
 }
 

@@ -39,6 +39,8 @@ Qt::PenStyle LineStyle(int gridLines) {
 }  // namespace
 
 ListView::ListView(const Ref<Listbox>& control, QWidget& parent) : ViewOf(control, parent) {
+  setBackgroundRole(QPalette::Base);  // under the frame too, where a rectangle below would shine through
+  setAutoFillBackground(true);
   setModel(&model_);
   setItemDelegate(new RowDelegate(this));
   setSelectionBehavior(SelectRows);

@@ -15,11 +15,5 @@ void RectangleView::CopyOwn() {
 void RectangleView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), fill_);
-  for (int i = 0; i < border_; ++i) {
-    const QRect ring = rect().adjusted(i, i, -i, -i);
-    painter.fillRect(ring.left(), ring.top(), ring.width() - 1, 1, topLeft_);
-    painter.fillRect(ring.left(), ring.top(), 1, ring.height() - 1, topLeft_);
-    painter.fillRect(ring.left(), ring.bottom(), ring.width(), 1, bottomRight_);
-    painter.fillRect(ring.right(), ring.top(), 1, ring.height(), bottomRight_);
-  }
+  for (int i = 0; i < border_; ++i) PaintRing(painter, rect().adjusted(i, i, -i, -i), topLeft_, bottomRight_);
 }
