@@ -3,6 +3,7 @@
 #include "app/App.h"
 #include "tests/headless/ProgramFixture.h"
 #include "tests/headless/ScriptedShell.h"
+#include "windows/AboutWindow.h"
 #include "windows/Window2.h"
 #include "windows/Window3.h"
 
@@ -114,6 +115,13 @@ TEST_F(Codes, NoHandlerRunsInsideAnotherOnesCommand) {
     };
     Press("infoBtn");
     EXPECT_EQ(order, "command, event with Window2 closed");
+  });
+}
+
+TEST_F(Codes, DoNotMatterToAProgramWithoutPictures) {
+  RunProgram([] {
+    Choose("AppleAbout");
+    EXPECT_FALSE(AboutWindow()->Canvas1()->Backdrop.Get() || AboutWindow()->BevelButton1()->Icon.Get());
   });
 }
 

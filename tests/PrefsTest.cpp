@@ -1,0 +1,116 @@
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <sstream>
+
+#include "app/App.h"
+#include "tests/headless/ProgramFixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kWhole =
+    "# Dravik's preferences version\n1.3\n# Scan on startup\nyes\n# Show feedback window'\nyes\n"
+    "# Show unMount button'\nyes\n# EOF\n";
+
+class Prefs : public ProgramFixture {
+ protected:
+  /// The settings after loading a file of this text: "SFU" for all three, a dot for each that is off.
+  std::string Loaded(const std::string& text) const {
+    WritePrefs(text);
+    Application::Deliver([] { App()->loadPrefs(); });
+    return Read([] {
+      return std::string(App()->scan ? "S" : ".") + (App()->showFeedbackWin ? "F" : ".") +
+             (App()->showUnMountBtn ? "U" : ".");
+    });
+  }
+};
+
+TEST_F(Prefs, AreReadByLineNumbers) {
+  const std::string crLf = "a\r\n1.3\r\nb\r\nyes\r\nc\r\nyes\r\nd\r\nno\r\n";
+  const struct {
+    std::string Text;
+    const char *Settings, *Version;
+  } cases[] = {
+      {kWhole, "SFU", "1.3"},
+      {"", "S..", ""},
+      {"\n1.2\n\nno\n\nyes\n\nyes\n", "S..", "1.2"},
+      {"\n1.3 \n\nno\n\nyes\n\nyes\n", "S..", "1.3 "},
+      {"\n1.3\n", "...", "1.3"},
+      {"\n1.3", "...", "1.3"},
+      {"x\n1.3\n\nyes\n", "S..", "1.3"},
+      {"x\n1.3\nyes\nYES\nno\nyEs\nno\nyes", "SFU", "1.3"},
+      {"\n1.3\n\nyes \n\n yes\n\nyess\n", "...", "1.3"},
+      {"\n1.3\nyes\n\nyes\n\nyes\n", "...", "1.3"},  // a comment is missing: all behind it shifts
+      {"\n1.3\n\nyes\n\nno\n\nyes\nyes\nyes\n", "S.U", "1.3"},
+      {crLf, "SF.", "1.3"},
+      {"\r1.3\r\ryes\r\rno\r\ryes\r", "S.U", "1.3"},
+      {std::string("\n1.3\n\n\0yes\n\nye\0s\n\nyes\0\n", 24), "...", "1.3"},
+      {"\n1.3\n\n\xFFyes\n\nyes\n" + std::string(9000, 'x') + "\nyes\n", ".FU", "1.3"},
+  };
+  RunProgram([&] {
+    for (const auto& test : cases) {
+      EXPECT_EQ(Loaded(test.Text), test.Settings) << test.Text;
+      EXPECT_EQ(App()->vrs.Utf8(), test.Version) << test.Text;
+    }
+    // Cut anywhere, what is missing reads as empty.
+    for (std::size_t size = 0; size <= kWhole.size(); ++size) {
+      std::vector<std::string> lines;
+      std::istringstream text(kWhole.substr(0, size));
+      for (std::string line; std::getline(text, line);) lines.push_back(line);
+      lines.resize(9);
+      const auto flag = [&](std::size_t line, char letter) { return lines[line] == "yes" ? letter : '.'; };
+      const std::string expected =
+          lines[1] == "1.3" ? std::string{flag(3, 'S'), flag(5, 'F'), flag(7, 'U')} : "S..";
+      EXPECT_EQ(Loaded(kWhole.substr(0, size)), expected) << size;
+    }
+    WritePrefs("old and\nlonger than what is written now" + std::string(900, '\n'));
+    App()->scan = App()->showFeedbackWin = App()->showUnMountBtn = true;
+  });
+  EXPECT_EQ(ReadPrefs(), kWhole);
+}
+
+TEST_F(Prefs, AreMadeWithTheirFolder) {
+  config_ = home_ / "not" / "there";
+  setenv("XDG_CONFIG_HOME", config_.c_str(), 1);
+  RunProgram([] { ASSERT_TRUE(WaitForScan()); });  // the defaults scan at once
+  EXPECT_NE(ReadPrefs().find("\nyes\n# Show feedback window'\nno\n# Show unMount button'\nno\n# EOF\n"),
+            std::string::npos);
+}
+
+/// Neither read nor written: both are told, and the program runs in between and ends as always.
+TEST_F(Prefs, ThatCannotBeOpenedAreToldTwice) {
+  fs::remove(PrefsFile());
+  ASSERT_EQ(mkfifo(PrefsFile().c_str(), 0600), 0);  // which would also hold up whoever waits for it
+  DismissMessages(2);
+  EXPECT_EQ(RunProgram([&] {
+              EXPECT_FALSE(App()->scan || App()->showFeedbackWin || App()->showUnMountBtn);
+              Scan();
+            }),
+            0);
+  for (const auto& message : TheStage().Messages)
+    EXPECT_NE(message.find("NilObjectException"), std::string::npos) << message;
+}
+
+TEST_F(Prefs, InAFolderThatCannotBeMadeAreToldOnce) {
+  setenv("XDG_CONFIG_HOME", (tool_ / "diskutil" / "config").c_str(), 1);
+  DismissMessages(1);
+  EXPECT_EQ(RunProgram([] { ASSERT_TRUE(WaitForScan()); }), 0);
+}
+
+TEST_F(Prefs, OnAFullDiskAreNeverHalfWritten) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  RunProgram([&] {
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit full{40, limit.rlim_max};  // bytes that still fit on the disk
+    setrlimit(RLIMIT_FSIZE, &full);
+  });
+  setrlimit(RLIMIT_FSIZE, &limit);
+  EXPECT_EQ(ReadPrefs(), "");
+  EXPECT_TRUE(fs::exists(PrefsFile()));
+}
+
+}  // namespace

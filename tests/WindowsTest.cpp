@@ -1,0 +1,192 @@
+#include "app/App.h"
+#include "app/MenuBar1.h"
+#include "framework/FolderItem.h"
+#include "tests/headless/ProgramFixture.h"
+#include "windows/AboutWindow.h"
+#include "windows/Pictures.h"
+#include "windows/Window2.h"
+#include "windows/Window3.h"
+
+namespace {
+
+class Windows : public ProgramFixture {};
+
+std::string TextOf(const Ref<Label>& label) {
+  return label->Text.Get().Utf8();
+}
+
+TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
+  RunProgram([] {
+    Application::Deliver([] {
+      Window1()->UserMove(100, 50);
+      const auto first = Window2();
+      EXPECT_EQ(first, Window2());
+      EXPECT_EQ(first->Left, 130);
+      EXPECT_EQ(first->Top, 70);
+      Window1()->UserMove(7, 7);
+      EXPECT_EQ(first->Left, 130) << "it follows";
+      first->staticTitle()->Text = "Mounting";
+      first->StaticText1()->Text = "Mounting";
+      first->UserClose();
+      EXPECT_TRUE(first->IsOpen()) << "only code closes it";
+      first->Close();
+      first->Close();
+      first->Show();
+      EXPECT_FALSE(_GetImplicitWindow("Window2.Window2"));
+      EXPECT_FALSE(first->staticTitle()->Reachable());
+      EXPECT_EQ(TextOf(Window2()->staticTitle()), "'diskutil' command...");
+      EXPECT_EQ(TextOf(Window2()->StaticText1()), "Looking for Drives / Partitions\rPlease wait...");
+      Window2()->Close();
+      Window2()->Close();  // makes one and ends it
+      EXPECT_FALSE(_GetImplicitWindow("Window2.Window2"));
+
+      const auto information = Window3();
+      information->infoFld()->UserEdit("typed");
+      EXPECT_EQ(information->infoFld()->Text.Get().Utf8(), "typed");
+      information->UserReturn();
+      EXPECT_FALSE(information->IsOpen());
+      EXPECT_EQ(Window3()->infoFld()->Text.Get().Utf8(), "");
+    });
+    EXPECT_FALSE(Application::Quitting());
+  });
+  EXPECT_EQ(TheStage().WindowsSeen, (std::vector<std::string>{"Window1.Window1", "Window3.Window3"}));
+}
+
+TEST_F(Windows, GrowByTheLocksOfTheirControls) {
+  RunProgram([] {
+    Application::Deliver([] {
+      Window1()->UserResize(450, 800);
+      EXPECT_EQ(Window1()->ListBox2()->Height, 134 + 520);
+      EXPECT_EQ(Window1()->ListBox2()->Top, 75);
+      EXPECT_EQ(Window1()->mountBtn()->Top, 226 + 520);
+      EXPECT_EQ(Window1()->mountBtn()->Left, 336);
+      EXPECT_EQ(Window1()->CheckBoxScan()->Top, 80);
+      Window3()->UserResize(1024, 320);
+      EXPECT_EQ(Window3()->PushButton1()->Left, 320);
+      EXPECT_EQ(Window3()->PushButton1()->Top, 453 - 173);
+      EXPECT_EQ(Window3()->infoFld()->Width, 680 + 304);
+    });
+  });
+}
+
+TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
+  const struct {
+    const char* What;
+    std::function<void()> Click;
+    std::vector<std::string> Addresses;
+  } cases[] = {
+      {"web", [] { AboutWindow()->StaticText5()->UserMouseDown(1, 1); }, {"https://www.dravik.example/"}},
+      {"web, by its own text",
+       [] {
+         AboutWindow()->StaticText5()->Text = "https://elsewhere.example/";
+         AboutWindow()->StaticText5()->UserMouseDown(1, 1);
+       },
+       {"https://elsewhere.example/"}},
+      {"mail, whatever it shows",
+       [] {
+         AboutWindow()->StaticText6()->Text = "nobody";
+         AboutWindow()->StaticText6()->UserMouseDown(1, 1);
+       },
+       {"mailto:contacts@dravik.example?subject=Dravik"}},
+      {"donation",
+       [] { AboutWindow()->BevelButton1()->UserPress(); },
+       {"https://www.dravik.example/paypal.php?app=Dravik"}},
+      {"background", [] { AboutWindow()->UserMouseDown(3, 3); }, {}},
+      {"a label without a handler", [] { AboutWindow()->StaticText1()->UserMouseDown(1, 1); }, {}},
+      {"its close button", [] { AboutWindow()->UserClose(); }, {}},
+  };
+  RunProgram([&] {
+    for (const auto& test : cases) {
+      SCOPED_TRACE(test.What);
+      TheStage().Addresses.clear();
+      Choose("AppleAbout");
+      const auto about = AboutWindow();
+      Choose("AppleAbout");
+      EXPECT_EQ(about, AboutWindow()) << "a second window";
+      const auto web = about->StaticText5(), mail = about->StaticText6();
+      web->UserMouseEnter();
+      EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 255) && web->Underline && !mail->Underline);
+      web->UserMouseExit();
+      EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 0) && !web->Underline);
+      Application::Deliver([&] {
+        about->UserReturn();
+        EXPECT_TRUE(about->IsOpen());
+        test.Click();
+      });
+      EXPECT_FALSE(about->IsOpen() || IsOpen("AboutWindow"));
+      EXPECT_EQ(TheStage().Addresses, test.Addresses);
+    }
+  });
+}
+
+TEST_F(Windows, MenusStandAsDesigned) {
+  struct Item {
+    const char *Name, *Text, *Shortcut, *Parent;
+  };
+  const Item items[] = {
+      {"FileMenu", "&File", "", ""},
+      {"FileQuit", "Quit", "Cmd+Q", "FileMenu"},
+      {"EditMenu", "&Edit", "", ""},
+      {"EditUndo", "&Undo", "Cmd+Z", "EditMenu"},
+      {"UntitledMenu0", "-", nullptr, "EditMenu"},
+      {"EditCut", "Cu&t", "Cmd+X", "EditMenu"},
+      {"EditCopy", "&Copy", "Cmd+C", "EditMenu"},
+      {"EditPaste", "&Paste", "Cmd+V", "EditMenu"},
+      {"EditClear", "Clear", "", "EditMenu"},
+      {"AppleAbout", "About Dravik…", "", "EditMenu"},
+  };
+  RunProgram([&] {
+    std::vector<Ref<MenuItem>> found;
+    const std::function<void(const MenuItem&)> walk = [&](const MenuItem& parent) {
+      for (const auto& child : parent.Children()) {
+        const Item* item = found.size() < std::size(items) ? &items[found.size()] : nullptr;
+        found.push_back(child);
+        if (!item) continue;
+        EXPECT_EQ(child->Name.Get().Utf8(), item->Name);
+        EXPECT_EQ(child->Text.Get().Utf8(), item->Text);
+        EXPECT_EQ(child->KeyboardShortcut.has_value(), item->Shortcut != nullptr) << item->Name;
+        EXPECT_EQ(child->KeyboardShortcut.value_or("").Utf8(), item->Shortcut ? item->Shortcut : "");
+        EXPECT_EQ(parent.Name.Get().Utf8(), item->Parent);
+        EXPECT_TRUE(child->AutoEnable);
+        walk(*child);
+      }
+    };
+    walk(*MenuBar1());
+    EXPECT_EQ(found.size(), std::size(items));
+    EXPECT_EQ(Window1()->FileQuit(), Cast<QuitMenuItem>(found[1]));
+    EXPECT_EQ(Window1()->AppleAbout(), Cast<AppleMenuItem>(found[9]));
+    EXPECT_FALSE(Window1()->UntitledMenu1());
+
+    for (const bool canEdit : {false, true}) {
+      TheStage().CanEdit = canEdit;
+      for (const char* name : {"EditUndo", "EditCut", "EditCopy", "EditPaste", "EditClear"}) Choose(name);
+      EXPECT_EQ(Window1()->EditCopy()->Enabled, canEdit);
+      EXPECT_TRUE(Window1()->AppleAbout()->Enabled && Window1()->FileQuit()->Enabled);
+      EXPECT_FALSE(Window1()->UntitledMenu0()->Enabled);
+      EXPECT_EQ(TheStage().Edits.size(), canEdit ? 5u : 0u);
+    }
+    Choose("AppleAbout");
+    EXPECT_TRUE(AboutWindow()->Handlers().Has("FileClose"));
+    EXPECT_FALSE(AboutWindow()->Handlers().Run("FileClose"));
+    EXPECT_TRUE(IsOpen("AboutWindow"));
+  });
+}
+
+TEST_F(Windows, PicturesAreReadOnceAndKept) {
+  RunProgram([] {
+    const PictureRef logo = logo64x64();
+    ASSERT_TRUE(logo && logo->Width == 64);
+    Application::Deliver([&] {
+      for (int opening = 0; opening < 2; ++opening) {
+        EXPECT_EQ(AboutWindow()->Canvas1()->Backdrop.Get(), logo);
+        EXPECT_EQ(AboutWindow()->BevelButton1()->Icon.Get(), paypal());
+        EXPECT_EQ(Window2()->Canvas1()->Backdrop.Get(), logo);
+        AboutWindow()->Close();
+        Window2()->Close();
+      }
+    });
+    EXPECT_EQ(TheStage().PicturesRead, 1);
+  });
+}
+
+}  // namespace
