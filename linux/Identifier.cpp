@@ -27,8 +27,9 @@ bool TakeWord(std::string_view& text, std::string_view word) {
 }  // namespace
 
 std::string Identifier::Text() const {
-  std::string text = "disk" + std::to_string(disk);
-  if (partition != 0) text += "s" + std::to_string(partition);
+  std::string text = "disk";
+  text += std::to_string(disk);
+  if (partition != 0) text.append("s").append(std::to_string(partition));
   return text;
 }
 

@@ -83,7 +83,7 @@ MaybeFailure KernelMount(const Device& device) {
   mnt_context_set_target(context.get(), point.c_str());
   mnt_context_set_fstype(context.get(), device.fsType.c_str());
   mnt_context_set_options(context.get(), "nosuid,nodev");
-  const MaybeFailure failure = Outcome(context, mnt_context_mount(context.get()));
+  MaybeFailure failure = Outcome(context, mnt_context_mount(context.get()));
   if (failure) rmdir(point.c_str());
   return failure;
 }

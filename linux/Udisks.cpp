@@ -88,9 +88,9 @@ Answer Call(sd_bus* bus, sd_bus_message* call, std::chrono::microseconds limit) 
   sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   const int result = Lib().sd_bus_call(bus, call, static_cast<std::uint64_t>(limit.count()), &error, &reply);
-  Answer answer{Message(reply), error.name ? error.name : "", error.message ? error.message : ""};
+  const char* unnamed = result < 0 ? "?" : "";
+  Answer answer{Message(reply), error.name ? error.name : unnamed, error.message ? error.message : ""};
   Lib().sd_bus_error_free(&error);
-  if (result < 0 && answer.error.empty()) answer.error = "?";
   return answer;
 }
 

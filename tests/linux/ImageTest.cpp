@@ -78,7 +78,7 @@ class Image : public testing::Test {
 };
 
 std::string EmptyImage(const std::string& name) {
-  const std::string path = "/media/" + name;
+  std::string path = "/media/" + name;
   std::ofstream(path).close();
   std::filesystem::resize_file(path, 48 << 20);
   return path;

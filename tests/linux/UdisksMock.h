@@ -34,7 +34,7 @@ class UdisksMock {
     // The kernel picks the name of an abstract socket: nothing is left behind, whatever happens.
     sockaddr_un address{AF_UNIX, {}};
     socklen_t length = sizeof address;
-    bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address.sun_family);
+    if (bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address.sun_family) != 0) std::abort();
     getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
     listen(listener_, 5);
     setenv("DBUS_SYSTEM_BUS_ADDRESS", (std::string("unix:abstract=") + (address.sun_path + 1)).c_str(), 1);

@@ -1,0 +1,34 @@
+#include "tests/linux/Testbed.h"
+
+#include <glib-object.h>
+#include <umockdev.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+std::string TestData(const std::string& name) {
+  std::ifstream file(TEST_DATA "/" + name);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+Testbed::Testbed() : bed_(umockdev_testbed_new(), g_object_unref), root_(getenv("UMOCKDEV_DIR")) {
+  umockdev_testbed_add_from_string(UMOCKDEV_TESTBED(bed_.get()), TestData("devices.umockdev").c_str(),
+                                   nullptr);
+  std::filesystem::create_directories(root_ + "/proc/self");
+  std::ofstream(root_ + "/proc/filesystems") << "nodev\tproc\n\thfs\n\text4\n";
+  std::ofstream(root_ + "/dev/sdb2") << std::string(1024, '\0') << "H+";
+  std::ofstream(root_ + "/dev/sdb3") << std::string(1024, '\0') << "HX";
+  SetMounts("");
+}
+
+void Testbed::SetMounts(const std::string& lines) const {
+  std::ofstream(root_ + "/proc/self/mountinfo") << "20 1 9:99 / / rw - ext4 /dev/root rw\n" << lines;
+}
+
+void Testbed::ReplaceDisk7() const {
+  umockdev_testbed_set_attribute(
+      UMOCKDEV_TESTBED(bed_.get()),
+      "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1/1-1:1.0/host6/target6:0:0/6:0:0:0/block/sdb", "diskseq",
+      "20");
+}
