@@ -6,6 +6,7 @@
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/LabelView.h"
 #include "framework/qt/WheelView.h"
+#include "framework/qt/WindowView.h"
 
 namespace {
 
@@ -21,16 +22,21 @@ class AccessibleWheel final : public QAccessibleWidget {
   }
 };
 
-/// A label that can be pressed.
-class AccessibleLink final : public QAccessibleWidget {
+/// A label, which can be pressed where it is a link.
+class AccessibleLabel final : public QAccessibleWidget {
  public:
-  explicit AccessibleLink(LabelView& label) : QAccessibleWidget(&label, QAccessible::Link), label_(label) {}
+  explicit AccessibleLabel(LabelView& label) : QAccessibleWidget(&label), label_(label) {}
 
+  QAccessible::Role role() const override {
+    return label_.IsLink() ? QAccessible::Link : QAccessible::StaticText;
+  }
   QString text(QAccessible::Text kind) const override {
     return kind == QAccessible::Name ? label_.text() : QAccessibleWidget::text(kind);
   }
   QStringList actionNames() const override {
-    return QAccessibleWidget::actionNames() << QAccessibleActionInterface::pressAction();
+    QStringList names = QAccessibleWidget::actionNames();
+    if (label_.IsLink()) names << QAccessibleActionInterface::pressAction();
+    return names;
   }
   void doAction(const QString& name) override {
     if (name == QAccessibleActionInterface::pressAction())
@@ -44,6 +50,10 @@ class AccessibleLink final : public QAccessibleWidget {
 };
 
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
+  if (auto* window = dynamic_cast<WindowView*>(object)) {
+    const bool dialog = window->windowFlags().testFlag(Qt::Dialog);
+    return new QAccessibleWidget(window, dialog ? QAccessible::Dialog : QAccessible::Window);
+  }
   if (auto* wheel = dynamic_cast<WheelView*>(object)) return new AccessibleWheel(*wheel);
   if (auto* canvas = dynamic_cast<CanvasView*>(object))
     return new QAccessibleWidget(canvas, QAccessible::Graphic);

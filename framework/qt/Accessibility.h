@@ -1,4 +1,4 @@
 #pragma once
 
-/// Tells assistive technology what our own widgets are: a wheel, a picture, a link.
+/// Tells assistive technology what our own widgets are: windows, wheels, pictures, links.
 void InstallAccessibility();

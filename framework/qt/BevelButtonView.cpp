@@ -14,6 +14,7 @@ void BevelButtonView::CopyIcon() {
   constexpr int kEdge = 3;  // pixels between the picture and the edge of the button
   icon_ = control_->Icon;
   const QImage image = ToQImage(icon_);
+  if (image.isNull()) return setIcon({});
   const QSize inside = size().shrunkBy({kEdge, kEdge, kEdge, kEdge});
   const bool fits = image.width() <= inside.width() && image.height() <= inside.height();
   const QSize shown = fits ? image.size() : image.size().scaled(inside, Qt::KeepAspectRatio);

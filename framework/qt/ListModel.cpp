@@ -96,5 +96,6 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 
 QString ListModel::AccessibleText(const Cell& cell, int column) const {
   const QString& meaning = cell.bold ? boldMeans_ : cell.italic ? italicMeans_ : QString();
-  return column == 0 && !meaning.isEmpty() ? cell.text + ", " + meaning : cell.text;
+  if (column > 0 || meaning.isEmpty()) return cell.text;
+  return cell.text.isEmpty() ? meaning : cell.text + ", " + meaning;
 }

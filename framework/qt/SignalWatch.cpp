@@ -33,7 +33,8 @@ SignalWatch::SignalWatch() : pipe_(Pipe::Open()) {
   pass.sa_flags = SA_RESTART;
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     sigaction(kSignals[i], nullptr, &former_[i]);
-    if (former_[i].sa_handler != SIG_IGN) sigaction(kSignals[i], &pass, nullptr);
+    // Who starts the program with SIGHUP ignored wants it to outlive the terminal.
+    if (kSignals[i] != SIGHUP || former_[i].sa_handler != SIG_IGN) sigaction(kSignals[i], &pass, nullptr);
   }
 }
 
