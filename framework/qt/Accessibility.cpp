@@ -57,8 +57,7 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
   if (auto* wheel = dynamic_cast<WheelView*>(object)) return new AccessibleWheel(*wheel);
   if (auto* canvas = dynamic_cast<CanvasView*>(object))
     return new QAccessibleWidget(canvas, QAccessible::Graphic);
-  if (auto* label = dynamic_cast<LabelView*>(object); label && label->IsLink())
-    return new AccessibleLink(*label);
+  if (auto* label = dynamic_cast<LabelView*>(object)) return new AccessibleLabel(*label);
   return nullptr;
 }
 
