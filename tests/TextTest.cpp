@@ -4,6 +4,8 @@
 
 #include <limits>
 
+#include "tests/fuzz/Plain.h"
+
 namespace {
 
 constexpr Integer kLeast = std::numeric_limits<Integer>::min();
@@ -12,23 +14,11 @@ constexpr Integer kNumbers[] = {kLeast, kLeast + 1, -9, -8, -1, 0, 1, 2, 3, 5, 6
 
 const String kTexts[] = {"", "x", "abcdef", "aäbΩ�c", "\xF0\x9F\x92\xBE disk", "b\xFF\x80y\xC3"};
 
-/// The rule itself, a position at a time.
-std::string MidByRule(const String& source, Integer start, Integer length) {
-  std::string part;
-  for (Integer position = 1; position <= Len(source); ++position) {
-    if (position < start || length <= 0) continue;
-    const auto behindStart = static_cast<std::uint64_t>(position) - static_cast<std::uint64_t>(start);
-    if (behindStart < static_cast<std::uint64_t>(length))
-      part += Chr(static_cast<Integer>(source[static_cast<std::size_t>(position - 1)])).Utf8();
-  }
-  return part;
-}
-
 TEST(Text, MidTakesWhatLiesInBothRangesForAnyNumbers) {
   for (const String& text : kTexts)
     for (const Integer start : kNumbers)
       for (const Integer length : kNumbers)
-        EXPECT_EQ(Mid(text, start, length).Utf8(), MidByRule(text, start, length))
+        EXPECT_EQ(plain::Of(Mid(text, start, length)), plain::Part(plain::Of(text), start, length))
             << text.Utf8() << " " << start << " " << length;
 }
 

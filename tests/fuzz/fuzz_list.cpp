@@ -1,0 +1,89 @@
+#include <string_view>
+#include <vector>
+
+#include "app/Startup.h"
+#include "disktool/scanTheBus.h"
+#include "framework/Application.h"
+#include "framework/Baton.h"
+#include "tests/fuzz/Plain.h"
+#include "tests/headless/ScriptedShell.h"
+#include "windows/Window1.h"
+
+namespace {
+
+using plain::Text;
+
+/// The scan, run where it is called.
+class Scan : public scanTheBus {
+ public:
+  using scanTheBus::Event_Run;
+};
+
+/// Opens the main window and leaves it open.
+bool StartProgram() {
+  int argc = 0;
+  Application::Start(argc, nullptr);
+  _EarlyStartup();
+  const Baton::Turn turn;
+  _LateStartup();  // with no settings loaded there is no scan
+  return true;
+}
+
+std::vector<Text> KeptLines(const Text& list) {
+  std::vector<Text> lines;
+  Text line;
+  for (const char32_t c : list) {
+    if (c != U'\r' && c != U'\n') {
+      line += c;
+      continue;
+    }
+    if (plain::Position(0, line, U"HFS") && !plain::Position(0, line, U"HFSX")) lines.push_back(line);
+    line.clear();
+  }
+  return lines;
+}
+
+void CheckRow(const Listbox& table, int row, const Text& line, bool mounted) {
+  const Integer start = plain::Position(1, line, U"Apple_HFS") + 9;
+  const Integer stop = plain::Position(start, line, U"  ");
+  Integer unit = plain::Position(0, line, U"TB");
+  if (!unit) unit = plain::Position(0, line, U"GB");
+  const Integer disk = plain::Position(0, line, U"disk");
+  const Text cells[] = {plain::Part(line, start, stop - start), plain::Part(line, unit - 8, 10), U"",
+                        plain::Part(line, disk, static_cast<Integer>(line.size()))};
+  for (int column = 0; column < 4; ++column) {
+    Require(plain::Of(table.Cell(row, column)) == plain::Trimmed(cells[column]));
+    Require(table.CellBold(row, column) == mounted && table.CellItalic(row, column) != mounted);
+  }
+}
+
+}  // namespace
+
+/// The list up to a NUL and the answer to every probe: the table is what the plain rules make of them.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  [[maybe_unused]] static const bool started = StartProgram();
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::size_t nul = std::min(bytes.find('\0'), size);
+  const String list = bytes.substr(0, nul), report = bytes.substr(std::min(nul + 1, size));
+
+  const Baton::Turn turn;
+  const auto window = Window1();
+  theTool = [&](const std::string& command) {
+    if (command == "diskutil list") return ToolAnswer{0, list.Utf8()};
+    const auto table = window->ListBox2();
+    Require(command == ("diskutil info " + table->Cell(table->ListCount() - 1, 3)).Utf8());
+    return ToolAnswer{1, report.Utf8()};
+  };
+  window->ListBox1()->DeleteAllRows();
+  window->ListBox2()->DeleteAllRows();
+  New<Scan>()->Event_Run();
+
+  const auto kept = KeptLines(plain::Of(list));
+  const Text answer = plain::Of(report);
+  const Integer mark = plain::Position(0, answer, U"Mounted:");
+  const bool mounted = plain::Same(plain::Trimmed(plain::Part(answer, mark + 26, 3)), U"yes");
+  Require(window->ListBox2()->ListCount() == static_cast<int>(kept.size()));
+  for (std::size_t row = 0; row < kept.size(); ++row)
+    CheckRow(*window->ListBox2(), static_cast<int>(row), kept[row], mounted);
+  return 0;
+}
