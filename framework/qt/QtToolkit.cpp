@@ -95,7 +95,7 @@ void QtToolkit::RunLoop() {
 }
 
 void QtToolkit::EndLoop() {
-  ended_ = true;
+  if (std::exchange(ended_, true)) return;  // messages that come up later stay
   loop_.quit();
   for (auto box = messages_.rbegin(); box != messages_.rend(); ++box) (*box)->done(QMessageBox::Ok);
 }

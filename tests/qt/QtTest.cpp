@@ -1,0 +1,270 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "framework/Application.h"
+#include "framework/Toolkit.h"
+#include "tests/headless/ProgramFixture.h"
+#include "windows/Window3.h"
+
+// The script of the fixture is what the user does, in Qt's event loop.
+Stage& TheStage() {
+  static Stage stage;
+  return stage;
+}
+
+bool PumpUntil(const std::function<bool()>& condition) {
+  return QTest::qWaitFor([&] {
+    const Baton::Turn turn;
+    return condition();
+  });
+}
+
+namespace {
+
+void StartScript() {
+  QTimer::singleShot(0, [] {
+    EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow(); }));
+    if (const auto script = std::exchange(TheStage().Script, nullptr)) script();
+  });
+}
+Q_COREAPP_STARTUP_FUNCTION(StartScript)
+
+/// The widget of this class that shows and matches, nullptr for none.
+template <class W, class Matches>
+W* Visible(Matches matches) {
+  for (QWidget* widget : QApplication::allWidgets())
+    if (auto* found = dynamic_cast<W*>(widget); found && found->isVisible() && matches(*found)) return found;
+  return nullptr;
+}
+
+template <class W>
+W* WithText(const char* text) {
+  return Visible<W>([&](const W& widget) { return widget.text() == text; });
+}
+
+template <class W>
+W* Any() {
+  return Visible<W>([](const W&) { return true; });
+}
+
+QPushButton* Button(const char* text) {
+  return WithText<QPushButton>(text);
+}
+
+QRect InWindow(const QWidget* widget) {
+  return {widget->mapTo(widget->window(), QPoint()), widget->size()};
+}
+
+QTableView* List() {
+  return Any<QTableView>();
+}
+
+QPoint InRow(int row) {
+  return {60, List()->rowViewportPosition(row) + List()->rowHeight(row) / 2};
+}
+
+QVariant Cell(int row, int column, int role) {
+  return List()->model()->index(row, column).data(role);
+}
+
+void Click(QWidget* widget, QPoint place = {}) {
+  ASSERT_TRUE(widget);
+  QTest::mouseClick(widget, Qt::LeftButton, {}, place);
+}
+
+/// A click as the window system tells of it: it waits in Qt's own queue.
+void QueueClick(QWidget* widget) {
+  const QPointF global = widget->mapToGlobal(widget->rect().center());
+  const QPointF local = widget->window()->mapFromGlobal(global);
+  for (const auto& [type, buttons] : {std::pair(QEvent::MouseButtonPress, Qt::LeftButton),
+                                      std::pair(QEvent::MouseButtonRelease, Qt::NoButton)})
+    qt_handleMouseEvent(widget->window()->windowHandle(), local, global, buttons, Qt::LeftButton, type, {},
+                        0);
+}
+
+class Screen : public ProgramFixture {
+ protected:
+  Screen() {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    Write("list",
+          "   2:                  Apple_HFS Backup                  120.5 GB   disk7s2\n"
+          "   3:                  Apple_HFS <b>x</b>\x01             1.0 GB     disk7s3\n");
+    Write("disk7s2.info", "   Mounted:                  Yes\n");
+    Write("info", "   Mounted:                  No\r\n\x01\xFF\rz");
+    WritePrefs(false, true, true);
+  }
+
+  /// Runs the program with `user` acting when a scan has brought the two rows.
+  void RunAfterScan(const std::function<void()>& user) {
+    RunProgram([&] {
+      Click(Button("Scan"));
+      ASSERT_TRUE(WaitForScan());
+      ASSERT_TRUE(QTest::qWaitFor([] { return Cell(1, 3, Qt::FontRole).value<QFont>().italic(); }));
+      user();
+    });
+  }
+};
+
+TEST_F(Screen, ShowsTheTableAndTakesClicks) {
+  RunAfterScan([&] {
+    EXPECT_EQ(Cell(0, 0, Qt::DisplayRole), "Backup");
+    EXPECT_EQ(Cell(1, 0, Qt::DisplayRole), QString("<b>x</b>\uFFFD"));
+    EXPECT_TRUE(Cell(0, 3, Qt::FontRole).value<QFont>().bold());
+    EXPECT_TRUE(Cell(1, 0, Qt::FontRole).value<QFont>().italic());
+    EXPECT_EQ(Cell(0, 0, Qt::AccessibleTextRole), "Backup, mounted");
+    EXPECT_TRUE(Cell(0, 1, Qt::TextAlignmentRole).value<Qt::Alignment>().testFlag(Qt::AlignRight));
+
+    const int above = InWindow(Button("Scan")).top() - 226;  // the menu bar
+    EXPECT_GT(above, 0);
+    EXPECT_EQ(InWindow(List()), QRect(37, 75 + above, 379, 134));
+    EXPECT_EQ(InWindow(Button("Mount")), QRect(336, 226 + above, 80, 20));
+    EXPECT_EQ(List()->window()->size(), QSize(450, 280 + above));
+    for (const auto& [column, left] : {std::pair(1, 237), std::pair(2, 317), std::pair(3, 337)})
+      EXPECT_EQ(
+          List()->viewport()->mapTo(List()->window(), QPoint(List()->columnViewportPosition(column), 0)).x(),
+          left);
+    EXPECT_EQ(List()->columnWidth(3), 110);
+    EXPECT_EQ(List()->horizontalScrollBar()->maximum(), 0);
+
+    Click(List()->viewport(), InRow(1));
+    EXPECT_TRUE(IsEnabled("infoBtn") && Button("Mount")->isEnabled());
+    Click(List()->viewport(), {60, 120});
+    EXPECT_FALSE(IsEnabled("infoBtn") || Button("Mount")->isEnabled());
+    QTest::keyClick(List(), Qt::Key_Return);
+    QTest::keyClick(List(), Qt::Key_Down);
+    QTest::keyClick(List(), Qt::Key_End);
+    QTest::keyClick(List(), Qt::Key_Return);
+    EXPECT_EQ(Calls().back(), "mount|disk7s3");
+    QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, InRow(0));
+    EXPECT_EQ(Calls().back(), "mount|disk7s2");
+
+    QTest::mousePress(List()->viewport(), Qt::LeftButton, {}, QPoint(200, InRow(1).y()));
+    QTest::mouseMove(List()->viewport(), QPoint(150, InRow(1).y()));
+    QTest::mouseRelease(List()->viewport(), Qt::LeftButton, {}, QPoint(150, InRow(1).y()));
+    EXPECT_EQ(List()->columnWidth(0), 149) << "the edge does not follow the pointer";
+    EXPECT_EQ(List()->selectionModel()->selectedRows().front().row(), 0);
+  });
+}
+
+TEST_F(Screen, KeepsTheUsersInputUntilTheHandlerEnds) {
+  Write("mount.held", "");
+  RunAfterScan([&] {
+    Click(List()->viewport(), InRow(1));
+    QPointer<QWidget> sheet;
+    int turns = 0;
+    QTimer::singleShot(50, [&] {
+      sheet = WithText<QLabel>("Executing the command 'diskutil mount'")->window();
+      QueueClick(Button("Info..."));
+      Button("Info...")->click();  // as assistive technology presses it
+      QApplication::sendEvent(sheet, std::make_unique<QCloseEvent>().get());
+    });
+    QTimer::singleShot(300, [&] {
+      turns = 1;
+      EXPECT_EQ(Calls().back(), "mount|disk7s3") << "a handler ran inside another one's command";
+      EXPECT_TRUE(sheet && sheet->isVisible());
+      Remove("mount.held");
+    });
+    Click(Button("Mount"));
+    EXPECT_EQ(turns, 1) << "the screen stood still";
+    EXPECT_EQ(Calls().back(), "info|disk7s3");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !sheet; }));
+    EXPECT_TRUE(PumpUntil([&] { return Calls().size() == 6; })) << "the click in the queue was lost";
+  });
+}
+
+TEST_F(Screen, MovesBetweenTabsByMouseAndKey) {
+  RunProgram([&] {
+    EXPECT_TRUE(Button("unMount"));
+    EXPECT_FALSE(Any<QCheckBox>());
+    QTabBar* tabs = Any<QTabBar>();
+    EXPECT_EQ(tabs->tabText(0), "'diskutil'");
+    Click(tabs, tabs->tabRect(1).center());
+    EXPECT_FALSE(Button("unMount") || List());
+    Click(WithText<QCheckBox>("Show the \"unMount\" button"), {8, 10});
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_TRUE(List());
+    EXPECT_FALSE(Button("unMount"));
+  });
+}
+
+TEST_F(Screen, ShowsTheReportAsPlainTextThatCanBeEdited) {
+  RunAfterScan([&] {
+    Click(List()->viewport(), InRow(1));
+    Click(Button("Info..."));
+    auto* report = Any<QPlainTextEdit>();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->toPlainText(), QString("   Mounted:                  No\n\uFFFD\uFFFD\nz"));
+    report->setFocus();
+    report->activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return report->hasFocus(); }));
+    QTest::keyClicks(report, "ab");
+    EXPECT_EQ(Read([] { return Window3()->infoFld()->Text.Get().Utf8().substr(0, 5); }), "ab   ");
+    EXPECT_EQ(report->textCursor().position(), 2);
+    Application::Toolkit()->Edit(EditCommand::kUndo);
+    EXPECT_EQ(report->toPlainText().left(5).toStdString(), "   Mo");
+    Click(Button("OK"));
+    EXPECT_FALSE(Any<QPlainTextEdit>());
+  });
+}
+
+TEST_F(Screen, ClosesTheAboutWindowInItsOwnEvents) {
+  const auto opener = tool_ / "xdg-open";
+  std::ofstream(opener) << "#!/bin/sh\necho \"$@\" >>\"${0%/*}/opened\"\n";
+  std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+  const auto opened = [&] { return TextOf(tool_ / "opened"); };
+  RunProgram([&] {
+    Choose("AppleAbout");
+    const QPointer<QLabel> link = WithText<QLabel>("https://www.dravik.example/");
+    Click(link);
+    EXPECT_FALSE(Any<QPlainTextEdit>());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !link && opened() == "https://www.dravik.example/\n"; }));
+
+    Choose("AppleAbout");
+    QTest::keyClick(WithText<QLabel>("contact@dravik.example"), Qt::Key_Space);
+    EXPECT_FALSE(Any<QPlainTextEdit>());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return opened().ends_with("?subject=Dravik\n"); }));
+    Application::Toolkit()->OpenAddress("--help");
+
+    Choose("AppleAbout");
+    Click(WithText<QLabel>("Dravik"));  // goes to the window below
+    EXPECT_FALSE(Any<QPlainTextEdit>());
+  });
+  EXPECT_EQ(opened().find("--help"), std::string::npos);
+}
+
+TEST_F(Screen, QuitsWhileAMessageIsUp) {
+  Write("mount.status", "5");
+  WritePrefs(false, false, true);
+  RunAfterScan([&] {
+    Click(List()->viewport(), InRow(1));
+    QTimer::singleShot(200, [] {
+      const auto* box = Any<QMessageBox>();
+      ASSERT_TRUE(box);
+      EXPECT_EQ(box->text(), "Error code: 5");
+      EXPECT_EQ(box->textFormat(), Qt::PlainText);
+      std::raise(SIGTERM);
+    });
+    Remove("../config/Dravik.prefs");
+    Click(Button("Mount"));
+    EXPECT_TRUE(Application::Quitting());
+  });
+  EXPECT_FALSE(ReadPrefs().empty());
+}
+
+}  // namespace
