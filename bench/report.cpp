@@ -1,0 +1,182 @@
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+
+#include "bench/Command.h"
+#include "bench/ListText.h"
+#include "bench/Table.h"
+
+// Runs all measurements and prints the performance table. Everything is compared run by run, in turn, so that
+// a machine whose speed drifts slows both sides down. A figure above its bar is marked, and no error.
+//
+//     bench_report SCRATCH      SCRATCH is a folder for files; bench/run prepares the rest
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path folder;   // of the benchmarks' programs
+fs::path scratch;  // for files
+
+std::string Program(const char* name) {
+  return folder / name;
+}
+
+/// Takes both sides in turn, so many times after one turn that does not count.
+Pairs InTurn(int times, const std::function<double()>& ours, const std::function<double()>& theirs) {
+  Pairs pairs;
+  ours();
+  theirs();
+  for (int i = 0; i < times; ++i) {
+    pairs.ours.push_back(ours());
+    pairs.theirs.push_back(theirs());
+  }
+  return pairs;
+}
+
+void SetRows(int rows) {
+  setenv("BENCH_ROWS", std::to_string(rows).c_str(), 1);
+}
+
+double ScanTime(int rows) {
+  SetRows(rows);
+  return NumberFrom({Program("dravik"), "scan"});
+}
+
+void SplitAndFilter(Table& table) {
+  constexpr std::size_t kBytes = 10'000'000;
+  const std::string list = scratch / "list";
+  std::ofstream(list) << ListOfBytes(kBytes);
+  const Words print = {"cat", list};
+  const Words ours = {Program("bench_split_and_filter"), "cat", list};
+  const Words awk = {"awk", "/[Hh][Ff][Ss]/&&!/[Hh][Ff][Ss][Xx]/"};
+  if (TextFrom(ours) != TextFrom({awk[0], awk[1], list})) throw std::runtime_error("awk keeps other lines");
+  table.Ratio("split and filter of 10 MB / awk", 2,
+              InTurn(
+                  31, [&] { return TimeOf(ours); }, [&] { return TimeOf(print, awk); }));
+}
+
+/// Cost a byte of the largest text against the smallest. Where it is linear it stays the same, but for what
+/// the caches hold; in a list that is gone through once more for each line it would be a thousandfold.
+void Linearity(Table& table) {
+  std::map<std::string, Pairs> shapes;
+  std::istringstream lines(
+      TextFrom({"sh", "-c", "exec \"$0\" \"$@\" 2>/dev/null", Program("bench_functions"),
+                "--benchmark_format=csv", "--benchmark_repetitions=5", "--benchmark_min_time=0.05",
+                "--benchmark_enable_random_interleaving=true"}));
+  for (std::string line; std::getline(lines, line);) {
+    // "HalfKept/10000",iterations,real_time,cpu_time,unit,bytes_per_second,...
+    const std::size_t slash = line.find('/');
+    if (line.empty() || line[0] != '"' || slash == std::string::npos) continue;
+    std::istringstream cells(line.substr(line.find("\",") + 2));
+    Figures figures;
+    for (std::string cell; std::getline(cells, cell, ',');)
+      figures.push_back(std::strtod(cell.c_str(), nullptr));
+    const std::string size = line.substr(slash + 1, line.find('"', slash) - slash - 1);
+    Pairs& pairs = shapes[line.substr(1, slash - 1)];
+    if (size == "10000") pairs.theirs.push_back(1 / figures.at(4));
+    if (size == "10000000") pairs.ours.push_back(1 / figures.at(4));
+  }
+  table.Ratio("  a byte of 10 MB / of 10 kB, half of the lines kept", 2, shapes["HalfKept"]);
+  table.Ratio("  a byte of 10 MB / of 10 kB, one line", 2, shapes["OneLine"]);
+}
+
+void Scan(Table& table) {
+  constexpr int kRows = 100;
+  const Words loop = {Program("bench_spawn_loop"), Program("tool/diskutil"), std::to_string(kRows)};
+  table.Ratio("scan of 100 rows / its commands in a tight loop", 1.10,
+              InTurn(
+                  21, [] { return ScanTime(kRows); }, [&] { return NumberFrom(loop); }));
+}
+
+/// The dearest row against the cheapest, in rounds that take each size in turn.
+void CostOfRows(Table& table) {
+  constexpr std::array kSizes{10, 100, 1000, 5000};
+  Pairs pairs;
+  for (int round = 0; round < 5; ++round) {
+    Figures costs;
+    for (const int rows : kSizes) {
+      Figures times;
+      for (int i = 0; i < std::max(1, 100 / rows); ++i) times.push_back(ScanTime(rows));
+      costs.push_back(SpreadOf(times).median / (rows + 1));  // there is one command more than rows
+    }
+    pairs.ours.push_back(*std::ranges::max_element(costs));
+    pairs.theirs.push_back(*std::ranges::min_element(costs));
+  }
+  table.Ratio("dearest row / cheapest, scans of 10, 100, 1000, 5000 rows", 1.25, pairs);
+}
+
+void BareWindow(Table& table) {
+  SetRows(10);
+  const auto start = [](const Words& command) {
+    const double started = Now();
+    return NumberFrom(command) - started;
+  };
+  table.Ratio("start to first picture / bare window", 1.10,
+              InTurn(
+                  31,
+                  [&] {
+                    return start({Program("dravik"), "first-paint"});
+                  },
+                  [&] {
+                    return start({Program("bench_bare_window"), "first-paint"});
+                  }));
+  table.Ratio("memory after the first scan / bare window", 1.15,
+              InTurn(
+                  5,
+                  [] {
+                    return NumberFrom({Program("dravik"), "memory"});
+                  },
+                  [] {
+                    return NumberFrom({Program("bench_bare_window"), "memory"});
+                  }));
+}
+
+void ClicksInAHang(Table& table) {
+  SetRows(5);
+  setenv("BENCH_HANGS", "disk0s2", 1);
+  Figures worst;
+  for (int i = 0; i < 5; ++i) worst.push_back(NumberFrom({Program("dravik"), "clicks"}) * 1e3);
+  unsetenv("BENCH_HANGS");
+  table.Worst("click while the tool hangs, slowest of 100", 10, "ms", worst);
+}
+
+void LinuxTool(Table& table) {
+  constexpr const char* kName = "Linux diskutil list / lsblk -J";
+  const Words list = {folder.parent_path() / "libexec/dravik/diskutil", "list"};
+  const Words lsblk = {"lsblk", "-J", "-o", "PARTTYPENAME,LABEL,SIZE,NAME,RM,TRAN"};
+  if (!fs::exists(list[0])) return table.Without(kName, "not built here");
+  table.Ratio(kName, 1,
+              InTurn(
+                  101, [&] { return TimeOf(list); }, [&] { return TimeOf(lsblk); }));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) return 2;
+  folder = fs::canonical("/proc/self/exe").parent_path();
+  scratch = argv[1];
+  try {
+    Table table;
+    SplitAndFilter(table);
+    Linearity(table);
+    Scan(table);
+    CostOfRows(table);
+    BareWindow(table);
+    ClicksInAHang(table);
+    LinuxTool(table);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return 1;
+  }
+  return 0;
+}
