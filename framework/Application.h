@@ -81,7 +81,7 @@ class Application : public Object {
 };
 
 /// Asks for the end of the program with this exit status, from any thread that holds the baton. The caller
-/// goes on; a second call changes nothing.
+/// goes on, and other threads run no more of the program's code; a second call changes nothing.
 void Quit(int exitStatus);
 
 /// Shows a message with one button and returns when the user has dismissed it. The baton is given away
@@ -106,7 +106,7 @@ Ref<T> ImplicitWindow(const String& name) {
   try {
     made->Constructor();
   } catch (...) {  // not finished: the name does not find it, and nothing is left of it
-    Application::Forget(*made);
+    made->End();
     throw;
   }
   return made;

@@ -1,5 +1,6 @@
 #include "framework/Control.h"
 
+#include "framework/TabPanel.h"
 #include "framework/Window.h"
 
 void Control::Touch() {
@@ -35,4 +36,11 @@ void Control::FollowWindow(int wider, int higher) {
     else
       Top = Top + higher;
   }
+}
+
+bool Control::OnFrontPanel() const {
+  if (TabPanelIndex == 0) return true;
+  for (const auto& control : window_->Controls())
+    if (const auto tabs = Cast<TabPanel>(control)) return tabs->Value + 1 == TabPanelIndex;
+  return true;
 }

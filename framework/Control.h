@@ -50,8 +50,8 @@ class Control : public Viewed {
   /// The window it stands in; nullptr once that has been closed.
   ::Window* Window() const { return window_; }
 
-  /// True while a user can act on it: enabled, visible and in an open window.
-  bool Reachable() const { return window_ && Enabled && Visible; }
+  /// True while a user can act on it: enabled, and showing in an open window, on a tab that is in front.
+  bool Reachable() const { return window_ && Enabled && Visible && OnFrontPanel(); }
 
   /// Grows by so many pixels with its window, by its locks.
   void FollowWindow(int wider, int higher);
@@ -61,6 +61,8 @@ class Control : public Viewed {
 
  private:
   friend class Window;
+
+  bool OnFrontPanel() const;
 
   ::Window* window_ = nullptr;
   bool stale_ = true;

@@ -31,7 +31,18 @@ void Window::Close() {
   if (!open_) return;
   const Ref<Window> self(this);
   open_ = false;
-  Event_Close();
+  try {
+    Event_Close();
+  } catch (...) {
+    End();
+    throw;
+  }
+  End();
+}
+
+/// Takes the window from the registry and its controls from their users.
+void Window::End() {
+  open_ = false;
   for (const auto& control : controls_) control->window_ = nullptr;
   Application::Forget(*this);
 }

@@ -116,6 +116,7 @@ class Window : public Viewed {
   template <class T>
   friend Ref<T> ImplicitWindow(const String& name);
 
+  void End();
   void AddControl(const Ref<Control>& control, const String& name, const Place& place);
   Ref<Control> ControlNamed(const String& name) const;
 
