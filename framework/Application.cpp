@@ -22,7 +22,7 @@ namespace {
 /// A message that a thread asks the main thread to show.
 struct MessageRequest {
   String text;
-  Pipe dismissed;
+  std::atomic<bool> dismissed = false;
 };
 
 /// Leaves a handler that waits on the main thread while the program quits.
@@ -35,10 +35,12 @@ struct Run {
   Ref<Application> application;
   std::vector<Ref<Window>> windows;  // in the order in which they were opened
   void (*callbackRoutine)(const Callback&) = _CallFunctionWithExceptionHandling;
+  int handlers = 0;               // that run on the main thread, one in the other's message box
   std::deque<Callback> deferred;  // events that came in the middle of a handler; main thread only
   Area screen;
   bool stale = false;
   std::atomic<bool> quitting = false;
+  std::atomic<bool> endLoop = false;  // what is asked of the toolkit at its next wake
   std::atomic<bool> quiet = false;
   std::atomic<int> exitStatus = 0;
   std::mutex requestsMutex;
@@ -52,10 +54,28 @@ Run& TheRun() {
 
 /// Runs a callback of the program on the main thread, with the baton.
 void RunCallback(const Callback& callback) {
+  Run& run = TheRun();
+  ++run.handlers;
   try {
-    TheRun().callbackRoutine(callback);
+    run.callbackRoutine(callback);
   } catch (const Leaving&) {
   }
+  --run.handlers;
+}
+
+/// Runs what came in the middle of the handlers that have ended now.
+void RunDeferred() {
+  Run& run = TheRun();
+  while (!run.deferred.empty() && !run.quitting) {
+    const Callback next = std::move(run.deferred.front());
+    run.deferred.pop_front();
+    RunCallback(next);
+  }
+}
+
+void EndLoopSoon() {
+  TheRun().endLoop = true;
+  TheRun().toolkit->Wake();
 }
 
 /// On the main thread, with the baton.
@@ -77,7 +97,7 @@ void ShowRequestedMessages() {
       run.requests.pop_front();
     }
     run.toolkit->ShowMessage(request->text);
-    request->dismissed.CloseWriteEnd();
+    request->dismissed = true;
   }
 }
 
@@ -89,7 +109,9 @@ void WakeForMessages() {
 }
 
 void MsgBoxFromThread(const String& text, Thread& thread) {
-  const auto request = std::make_shared<MessageRequest>(MessageRequest{text, Pipe::Open()});
+  constexpr int kTick = 20;  // milliseconds between two looks at whether the message has been dismissed
+  const auto request = std::make_shared<MessageRequest>();
+  request->text = text;
   {
     const std::lock_guard lock(TheRun().requestsMutex);
     TheRun().requests.push_back(request);
@@ -97,8 +119,8 @@ void MsgBoxFromThread(const String& text, Thread& thread) {
   TheRun().toolkit->Wake();
   {
     const Baton::Pause pause;
-    std::array<pollfd, 2> fds{{{request->dismissed.ReadFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}}};
-    while (poll(fds.data(), fds.size(), -1) < 0) continue;
+    pollfd killed{thread.KillFd(), POLLIN, 0};
+    while (!request->dismissed && !thread.Killed()) poll(&killed, 1, kTick);
   }
   if (thread.Killed()) thread.Unwind();
 }
@@ -158,6 +180,7 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
   const Baton::Turn turn;
   RunCallback([] { TheRun().application->Event_Open(); });
   RunCallback(lateStartup);
+  RunDeferred();
   UpdateScreen();
 }
 
@@ -188,17 +211,13 @@ int Application::Shutdown() {
 void Application::Deliver(std::function<void()> event) {
   Run& run = TheRun();
   if (run.quitting) return;
-  if (Baton::HeldHere()) {
+  if (run.handlers > 0 || Baton::HeldHere()) {
     run.deferred.push_back(std::move(event));
     return;
   }
   const Baton::Turn turn;
   RunCallback(event);
-  while (!run.deferred.empty() && !run.quitting) {
-    const Callback next = std::move(run.deferred.front());
-    run.deferred.pop_front();
-    RunCallback(next);
-  }
+  RunDeferred();
   UpdateScreen();
   WakeForMessages();
 }
@@ -211,7 +230,7 @@ void Application::Note(const std::function<void()>& change) {
 
 void Application::RunPending() {
   Run& run = TheRun();
-  if (run.quitting) run.toolkit->EndLoop();
+  if (run.endLoop.exchange(false)) run.toolkit->EndLoop();
   const bool inHandler = Baton::HeldHere();
   {
     const Baton::Turn turn;
@@ -302,7 +321,8 @@ void Application::LeaveWhenQuitting() {
 
 void Application::QuitFromOutside() {
   TheRun().quiet = true;
-  Quit(0);
+  TheRun().quitting = true;
+  EndLoopSoon();  // and the end of a message that has come up since the program quits
 }
 
 bool Application::Quitting() {
@@ -317,7 +337,8 @@ void Quit(int exitStatus) {
   Run& run = TheRun();
   if (run.quitting.exchange(true)) return;
   run.exitStatus = exitStatus;
-  run.toolkit->Wake();
+  Thread::KillAll();
+  EndLoopSoon();
 }
 
 void MsgBox(const String& text) {

@@ -41,11 +41,13 @@ Thread* Thread::Current() {
 void Thread::Run() {
   if (running_) throw ThreadAlreadyRunningException();
   Join(std::exchange(Leaving(), {}));
+  Pipe kill = Pipe::Open();
+  if (kill.ReadFd() < 0 || kill.WriteFd() < 0) throw RuntimeException();
   thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });  // which waits for the baton
+  kill_ = std::move(kill);
   running_ = true;
   killed_ = suspended_ = lookUp_ = false;
   sleep_ = 0;
-  kill_ = Pipe::Open();
   Running().push_back(this);
 }
 
@@ -112,15 +114,18 @@ void Thread::Yield() {
   }
 }
 
+void Thread::KillAll() {
+  for (Thread* thread : Running())
+    if (thread != current) thread->Kill();
+}
+
 void Thread::EndAll() {
   std::vector<std::thread> threads;
   {
     const Baton::Turn turn;
     threads = std::exchange(Leaving(), {});
-    for (Thread* thread : Running()) {
-      thread->Kill();
-      threads.push_back(std::move(thread->thread_));
-    }
+    KillAll();
+    for (Thread* thread : Running()) threads.push_back(std::move(thread->thread_));
   }
   Join(std::move(threads));
 }

@@ -21,7 +21,7 @@ class Thread : public Object {
   /// Lets a suspended thread go on.
   virtual void Resume();
   /// Starts `Event_Run` on the thread and returns at once. Raises ThreadAlreadyRunningException when the
-  /// last run has not ended.
+  /// last run has not ended, RuntimeException when the system has nothing left to start it with.
   virtual void Run();
   /// The thread does nothing for so many milliseconds from its next yield point on.
   virtual void Sleep(int milliseconds);
@@ -45,6 +45,8 @@ class Thread : public Object {
   /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
   [[noreturn]] void Unwind();
 
+  /// Kills all running threads but the one this code runs on.
+  static void KillAll();
   /// Kills all running threads and waits until they and all that ran before are gone. Called without the
   /// baton.
   static void EndAll();
