@@ -27,15 +27,15 @@ std::string Installed(const char* kind, [[maybe_unused]] const char* inBundle) {
   const fs::path executable = Executable();
   if (executable.empty()) return {};
   const fs::path folder = executable.parent_path();
-  const fs::path ours = fs::path(kind) / executable.filename();
   std::error_code failed;
 #ifdef __APPLE__
   if (const fs::path bundled = folder.parent_path() / inBundle; fs::is_directory(bundled, failed))
     return bundled.string();
 #endif
-  for (const fs::path& candidate : {folder.parent_path() / ours, folder / ours})
-    if (fs::is_directory(candidate, failed)) return candidate.string();
-  return {};
+  // Only from "bin" one level up: above a build folder may lie a folder that anybody can write to.
+  const fs::path base = folder.filename() == "bin" ? folder.parent_path() : folder;
+  const fs::path ours = base / kind / executable.filename();
+  return fs::is_directory(ours, failed) ? ours.string() : std::string();
 }
 
 }  // namespace
