@@ -88,7 +88,7 @@ void Window1::_CreateControls0() {
 
   const auto scanBox = Add<CheckBox>("CheckBoxScan", 12,       {"TabPanel1",    2, 0,  44,  80, 376,  20, L | T});
   scanBox->Caption = "Perform 'diskutil list' (scan) on startup";
-  scanBox->State = 1, scanBox->Value = true;
+  scanBox->State(1), scanBox->Value = true;
 
   const auto nameHeading = Add<Label>("StaticText1", 11,       {"TabPanel1",    1, 5,  41,  53, 138,  16, L | T});
   nameHeading->Text = "Disk/partition name";
@@ -111,11 +111,11 @@ void Window1::_CreateControls0() {
 
   const auto unMountBox = Add<CheckBox>("CheckBoxShowUnMount", 12, {"TabPanel1", 2, 1, 44, 120, 376,  20, L | T});
   unMountBox->Caption = "Show the \"unMount\" button";
-  unMountBox->State = 1, unMountBox->Value = true;
+  unMountBox->State(1), unMountBox->Value = true;
 
   const auto feedbackBox = Add<CheckBox>("CheckBoxShowFeedbackWin", 12, {"TabPanel1", 2, 2, 44, 184, 376, 20, L | T});
   feedbackBox->Caption = "Show the feedback win when performing Mount or unMount";
-  feedbackBox->State = 1, feedbackBox->Value = true;
+  feedbackBox->State(1), feedbackBox->Value = true;
 
   const auto hint = Add<Label>("StaticText4", 10,              {"TabPanel1",    2, 3,  62, 140, 358,  20, L | T});
   hint->Text = "Using this function may be slowen then ejecting using the Finder";
