@@ -26,21 +26,24 @@ std::vector<std::string> CutAtBlanks(const std::string& line) {
   }
 }
 
-void WaitOnThread(ChildProcess& child, const Thread& thread) {
+/// Returns the output as text, made while others have the baton: a flood takes a while to decode.
+String WaitOnThread(ChildProcess& child, const Thread& thread) {
   const Baton::Pause pause;
   while (child.Advance() && !thread.Killed()) {
     pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.ExitFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}};
     poll(fds, 3, child.Patience());
   }
   if (thread.Killed()) child.Terminate();
+  return String(child.TakeOutput());
 }
 
 /// The main thread keeps the baton: the handler that waits here runs to its end before any other code.
-void WaitOnMain(ChildProcess& child) {
+String WaitOnMain(ChildProcess& child) {
   while (child.Advance()) {
     Application::WaitForInput({child.OutputFd(), child.ExitFd()}, child.Patience());
     Application::LeaveWhenQuitting();
   }
+  return String(child.TakeOutput());
 }
 
 }  // namespace
@@ -48,13 +51,10 @@ void WaitOnMain(ChildProcess& child) {
 void Shell::Execute(const String& commandLine) {
   errorCode_ = 0;
   result_.Clear();
+  Thread* const thread = Thread::Current();
+  if (!thread) Application::LeaveWhenQuitting();
   ChildProcess child(CutAtBlanks(commandLine.Utf8()), ToolFolder());
-  if (Thread* thread = Thread::Current()) {
-    WaitOnThread(child, *thread);
-    if (thread->Killed()) thread->Unwind();
-  } else {
-    WaitOnMain(child);
-  }
+  result_ = thread ? WaitOnThread(child, *thread) : WaitOnMain(child);
+  if (thread && thread->Killed()) thread->Unwind();
   errorCode_ = child.Status();
-  result_ = String(child.TakeOutput());
 }
