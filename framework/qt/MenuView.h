@@ -8,6 +8,13 @@
 #include "framework/MenuItem.h"
 #include "framework/Window.h"
 
+/// True where the platform has one bar for all windows of the program.
+#ifdef Q_OS_MACOS
+constexpr bool kOneBarForAll = true;
+#else
+constexpr bool kOneBarForAll = false;
+#endif
+
 /// Shows the items of a menu bar in one of Qt's. The items stand from the start; their texts and states are
 /// copied.
 class MenuView {

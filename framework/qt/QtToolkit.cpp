@@ -60,7 +60,11 @@ std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
   return std::make_unique<QtToolkit>(argc, argv);
 }
 
-QtToolkit::QtToolkit(int& argc, char** argv) : program_(argc, argv) {
+QtToolkit::QtToolkit(int& argc, char** argv)
+    : program_(argc, argv), frontWindow_([this] {
+        const WindowView* front = Front();
+        return front ? front->Shown() : nullptr;
+      }) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
   InstallAccessibility();
@@ -81,7 +85,7 @@ QtToolkit::~QtToolkit() {
 
 bool QtToolkit::Program::event(QEvent* event) {
   if (event->type() != QEvent::Quit) return QApplication::event(event);
-  Application::Deliver([] { Quit(0); });
+  Application::Note([] { Quit(0); });
   return true;
 }
 
@@ -95,9 +99,9 @@ void QtToolkit::RunLoop() {
 }
 
 void QtToolkit::EndLoop() {
-  if (std::exchange(ended_, true)) return;  // messages that come up later stay
+  ended_ = true;
   loop_.quit();
-  for (auto box = messages_.rbegin(); box != messages_.rend(); ++box) (*box)->done(QMessageBox::Ok);
+  for (QMessageBox* box : messages_) box->done(QMessageBox::Ok);
 }
 
 void QtToolkit::Wake() {
@@ -130,26 +134,18 @@ void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>&
       view->Copy();
     } else if (window->Visible) {
       const WindowView* owner = views_.empty() ? nullptr : views_.front().get();
-      views_.emplace_back(new WindowView(window, owner, [this] {
-        const WindowView* front = Front();
-        return front ? front->Shown() : nullptr;
-      }));
+      views_.emplace_back(new WindowView(window, owner, frontWindow_));
     }
   }
 }
 
-void QtToolkit::CopyApplicationBar([[maybe_unused]] const Ref<MenuBar>& bar) {
-#ifdef Q_OS_MACOS
-  if (!bar) return;
+void QtToolkit::CopyApplicationBar(const Ref<MenuBar>& bar) {
+  if (!kOneBarForAll || !bar) return;
   if (!applicationBar_) {
     applicationBar_ = std::make_unique<QMenuBar>(nullptr);
-    applicationMenus_ = std::make_unique<MenuView>(*applicationBar_, bar, [this] {
-      const WindowView* front = Front();
-      return front ? front->Shown() : nullptr;
-    });
+    applicationMenus_ = std::make_unique<MenuView>(*applicationBar_, bar, frontWindow_);
   }
   applicationMenus_->Copy();
-#endif
 }
 
 WindowView* QtToolkit::Find(const Window* window) const {

@@ -66,7 +66,8 @@ class QtToolkit final : public Toolkit {
 
   std::vector<View> views_;  // in the order in which the windows were opened
   QPointer<WindowView> lastActive_;
-  std::unique_ptr<QMenuBar> applicationBar_;  // where the platform has one bar for all windows
+  const MenuView::Front frontWindow_;
+  std::unique_ptr<QMenuBar> applicationBar_;  // where there is one for all windows
   std::unique_ptr<MenuView> applicationMenus_;
   std::vector<QMessageBox*> messages_;  // that are up
 };

@@ -28,7 +28,7 @@ Qt::WindowFlags FlagsOf(const Window& window) {
 WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front)
     : window_(window) {
   SetFlags(owner);
-  if (window->MenuBar) {
+  if (window->MenuBar && !kOneBarForAll) {
     bar_ = new QMenuBar(this);
     menus_ = std::make_unique<MenuView>(*bar_, window->MenuBar, front);
   } else if (owner && owner->menus_) {

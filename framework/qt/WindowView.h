@@ -21,8 +21,6 @@ class WindowView final : public QWidget {
   WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front);
 
   const Ref<Window>& Shown() const { return window_; }
-  /// The window's own menu bar, nullptr for none.
-  MenuView* Menus() const { return menus_.get(); }
 
   /// Copies what has changed in the window and its controls.
   void Copy();
@@ -64,6 +62,6 @@ class WindowView final : public QWidget {
   int above_ = 0;                    // height of the menu bar
   QRect known_;  // the content's place on the screen that both the window and this know of
   int shows_ = 0;
-  bool copying_ = false;
+  static inline bool copying_ = false;  // any of the windows
   bool painted_ = false;
 };
