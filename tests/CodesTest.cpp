@@ -32,6 +32,10 @@ class Codes : public ProgramFixture {
     return {code_, "A report\r\nwith \xFF"};
   }
 
+  static std::string Rows(const std::string& first, const std::string& second) {
+    return "My Data|80.0 GB||disk0s2|" + first + "\nBackup|120.5 GB||disk0s3|" + second + "\n";
+  }
+
   int listCode_ = 0;
   int code_ = 0;
   std::vector<std::string> commands_;
@@ -40,24 +44,19 @@ class Codes : public ProgramFixture {
 };
 
 TEST_F(Codes, OfMountUnmountAndReport) {
+  // clang-format off
   const struct {
     const char* Button;
     int Row;
     bool Feedback;  // the setting
-    const char *Command, *Texts, *Table;
+    const char *Command, *Texts, *First, *Second;  // and the rows afterwards
   } operations[] = {
-      {"mountBtn", 0, false, "diskutil mount disk0s2", "",
-       "My Data|80.0 GB||disk0s2|mounted\nBackup|120.5 GB||disk0s3|mounted\n"},
-      {"mountBtn", 0, true, "diskutil mount disk0s2",
-       "Executing the command 'diskutil mount'/Mounting «My Data».\rPlease wait...",
-       "My Data|80.0 GB||disk0s2|mounted\nBackup|120.5 GB||disk0s3|mounted\n"},
-      {"unMountBtn", 1, false, "diskutil unMount disk0s3",
-       "Executing the command 'diskutil unmount'/unMounting «Backup».\rPlease wait...",
-       "My Data|80.0 GB||disk0s2|not mounted\nBackup|120.5 GB||disk0s3|not mounted\n"},
-      {"infoBtn", 1, false, "diskutil info disk0s3",
-       "Executing the command 'diskutil info'\r/Reading info for «Backup».\rPlease wait...",
-       "My Data|80.0 GB||disk0s2|not mounted\nBackup|120.5 GB||disk0s3|mounted\n"},
+      {"mountBtn",   0, false, "diskutil mount disk0s2",   "", "mounted", "mounted"},
+      {"mountBtn",   0, true,  "diskutil mount disk0s2",   "Executing the command 'diskutil mount'/Mounting «My Data».\rPlease wait...",     "mounted", "mounted"},
+      {"unMountBtn", 1, false, "diskutil unMount disk0s3", "Executing the command 'diskutil unmount'/unMounting «Backup».\rPlease wait...",  "not mounted", "not mounted"},
+      {"infoBtn",    1, false, "diskutil info disk0s3",    "Executing the command 'diskutil info'\r/Reading info for «Backup».\rPlease wait...", "not mounted", "mounted"},
   };
+  // clang-format on
   RunProgram([&] {
     for (const int code : {INT_MIN, -1, 0, 1, 2, 255, 256, 257, INT_MAX}) {
       for (const auto& operation : operations) {
@@ -77,7 +76,7 @@ TEST_F(Codes, OfMountUnmountAndReport) {
         EXPECT_EQ(TheStage().Messages, expected);
         EXPECT_EQ(commands_.back(), operation.Command);
         EXPECT_EQ(feedback_, operation.Texts);
-        EXPECT_EQ(Table(), operation.Table);
+        EXPECT_EQ(Table(), Rows(operation.First, operation.Second));
         EXPECT_FALSE(IsOpen("Window2"));
         const bool reported = operation.Button == std::string("infoBtn") && code <= 0;
         EXPECT_EQ(IsOpen("Window3"), reported);
@@ -97,7 +96,7 @@ TEST_F(Codes, ReadTheSelectedRowAndStyleTheOtherOne) {
     Select(1);
     Application::Deliver([] { Window1()->mountThisDisk(0); });
     EXPECT_EQ(commands_.back(), "diskutil mount disk0s3");
-    EXPECT_EQ(Table(), "My Data|80.0 GB||disk0s2|mounted\nBackup|120.5 GB||disk0s3|mounted\n");
+    EXPECT_EQ(Table(), Rows("mounted", "mounted"));
     Application::Deliver([] { Window1()->unMountThisDisk(-1); });
     EXPECT_EQ(commands_.back(), "diskutil unMount disk0s3");
   });

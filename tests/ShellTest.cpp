@@ -133,7 +133,7 @@ TEST_F(ShellTest, LooksCommandsUpInOrderAndOnlyInAbsoluteFolders) {
     setenv("PATH", path.c_str(), 1);
     ChildProcess child({"which-one"}, home_ / "own");
     while (child.Advance()) std::this_thread::yield();
-    return child.Status() == 0 ? child.TakeOutput() : std::to_string(child.Status());
+    return child.Status() == 0 ? String(child.TakeOutput()).Utf8() : std::to_string(child.Status());
   };
   EXPECT_EQ(found("~/first:~/second"), "first/");
   EXPECT_EQ(found("~/nowhere:~/blocked:~/second:~/first"), "second/");
@@ -190,8 +190,7 @@ TEST_F(ShellTest, TakesOutputHoweverItComes) {
     EXPECT_EQ(OnMain("leaves"), (Outcome{4, "out\n"}));
     kill(std::stoi(TextOf(home_ / "left")), SIGKILL);
     const Outcome flood = OnMain("head -c 100000000 /dev/zero");
-    EXPECT_EQ(flood.Text.size(), 100'000'000u);
-    EXPECT_EQ(flood.Text.find_first_not_of('\0'), std::string::npos);
+    EXPECT_TRUE(flood.Text == std::string(100'000'000, '\0')) << flood.Text.size();
   });
 }
 

@@ -70,31 +70,20 @@ TEST_F(Windows, GrowByTheLocksOfTheirControls) {
 }
 
 TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
+  // clang-format off
   const struct {
     const char* What;
-    std::function<void()> Click;
+    void (*Click)(class AboutWindow& about);
     std::vector<std::string> Addresses;
   } cases[] = {
-      {"web", [] { AboutWindow()->StaticText5()->UserMouseDown(1, 1); }, {"https://www.dravik.example/"}},
-      {"web, by its own text",
-       [] {
-         AboutWindow()->StaticText5()->Text = "https://elsewhere.example/";
-         AboutWindow()->StaticText5()->UserMouseDown(1, 1);
-       },
-       {"https://elsewhere.example/"}},
-      {"mail, whatever it shows",
-       [] {
-         AboutWindow()->StaticText6()->Text = "nobody";
-         AboutWindow()->StaticText6()->UserMouseDown(1, 1);
-       },
-       {"mailto:contacts@dravik.example?subject=Dravik"}},
-      {"donation",
-       [] { AboutWindow()->BevelButton1()->UserPress(); },
-       {"https://www.dravik.example/paypal.php?app=Dravik"}},
-      {"background", [] { AboutWindow()->UserMouseDown(3, 3); }, {}},
-      {"a label without a handler", [] { AboutWindow()->StaticText1()->UserMouseDown(1, 1); }, {}},
-      {"its close button", [] { AboutWindow()->UserClose(); }, {}},
+      {"web",         [](auto& about) { about.StaticText5()->UserMouseDown(1, 1); }, {"https://elsewhere.example/"}},  // its own text
+      {"mail",        [](auto& about) { about.StaticText6()->UserMouseDown(1, 1); }, {"mailto:contacts@dravik.example?subject=Dravik"}},
+      {"donation",    [](auto& about) { about.BevelButton1()->UserPress(); }, {"https://www.dravik.example/paypal.php?app=Dravik"}},
+      {"background",  [](auto& about) { about.UserMouseDown(3, 3); }, {}},
+      {"other label", [](auto& about) { about.StaticText1()->UserMouseDown(1, 1); }, {}},
+      {"close box",   [](auto& about) { about.UserClose(); }, {}},
   };
+  // clang-format on
   RunProgram([&] {
     for (const auto& test : cases) {
       SCOPED_TRACE(test.What);
@@ -104,6 +93,10 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       Choose("AppleAbout");
       EXPECT_EQ(about, AboutWindow()) << "a second window";
       const auto web = about->StaticText5(), mail = about->StaticText6();
+      EXPECT_EQ(TextOf(web), "https://www.dravik.example/");
+      EXPECT_EQ(TextOf(mail), "contact@dravik.example");
+      web->Text = "https://elsewhere.example/";
+      mail->Text = "nobody";
       web->UserMouseEnter();
       EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 255) && web->Underline && !mail->Underline);
       web->UserMouseExit();
@@ -111,7 +104,7 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       Application::Deliver([&] {
         about->UserReturn();
         EXPECT_TRUE(about->IsOpen());
-        test.Click();
+        test.Click(*about);
       });
       EXPECT_FALSE(about->IsOpen() || IsOpen("AboutWindow"));
       EXPECT_EQ(TheStage().Addresses, test.Addresses);
