@@ -40,6 +40,10 @@ TEST_F(MainWindow, ButtonsTellTheStateAtTheMomentOfSelection) {
   RunProgram([&] {
     EXPECT_EQ(Buttons(), "");
     Scan();
+    Application::Deliver([] {
+      const auto table = Window1()->ListBox2();
+      table->UserSelect(0, table->Generation() - 1);  // a row of a list that is gone
+    });
     EXPECT_EQ(Buttons(), "");
     const struct {
       const char* What;
@@ -125,7 +129,7 @@ TEST_P(AtStart, ScansAndShowsTheFeedbackWindowWhenAsked) {
     }
     Remove("info.held");
     EXPECT_TRUE(WaitForScan());
-    EXPECT_FALSE(IsOpen("Window2"));
+    EXPECT_TRUE(PumpUntil([] { return TheStage().OpenWindows.size() == 1; })) << "the screen was not told";
     EXPECT_EQ(Table(), scan ? kTable : "");
     EXPECT_EQ(Calls().size(), scan ? 4u : 0u);
   });
@@ -167,7 +171,6 @@ TEST_F(MainWindow, AScanDuringAScanIsRefusedAndTearsNothing) {
     EXPECT_EQ(Table(), "||||size not at the right\n||||size not at the right\n");
     Scan();
     EXPECT_EQ(Table(), kTable);
-    EXPECT_TRUE(PumpUntil(ScreenShowsTheTable));
   });
 }
 

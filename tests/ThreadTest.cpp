@@ -41,29 +41,19 @@ class ThreadTest : public ProgramFixture {
   bool left_ = false;
 };
 
-TEST_F(ThreadTest, RunsAgainOnlyAfterItsEnd) {
+TEST_F(ThreadTest, RunsUntilItIsKilledHandsOverBothWaysAndRunsAgain) {
   RunProgram([&] {
-    for (int run = 1; run <= 3; ++run) {
-      bool goOn = false;
-      Start([&] {
-        ++count_;
-        while (!goOn) YieldPoint();
+    for (int run = 0; run < 3; ++run) {
+      left_ = false;
+      StartCounting();
+      for (int turn = 0; turn < 50; ++turn) ASSERT_TRUE(Counts()) << "one of the two starved";
+      Application::Deliver([&] {
+        EXPECT_THROW(worker_->Run(), ThreadAlreadyRunningException);
+        worker_->Kill();
       });
-      Application::Deliver([&] { EXPECT_THROW(worker_->Run(), ThreadAlreadyRunningException); });
-      Application::Deliver([&] { goOn = true; });
       ASSERT_TRUE(Ends());
-      EXPECT_EQ(count_, run);
+      EXPECT_TRUE(left_) << "the thread did not unwind";
     }
-  });
-}
-
-TEST_F(ThreadTest, YieldPointsHandOverBothWays) {
-  RunProgram([&] {
-    StartCounting();
-    for (int turn = 0; turn < 100; ++turn) ASSERT_TRUE(Counts()) << "one of the two starved";
-    Application::Deliver([&] { worker_->Kill(); });
-    EXPECT_TRUE(Ends());
-    EXPECT_TRUE(left_) << "the thread did not unwind";
   });
 }
 

@@ -42,10 +42,6 @@ class HeadlessToolkit : public Toolkit {
       stage.OpenWindows.push_back(name);
       if (std::ranges::find(stage.WindowsSeen, name) == stage.WindowsSeen.end())
         stage.WindowsSeen.push_back(name);
-      if (!window->TakeStale()) continue;
-      for (const auto& control : window->Controls())
-        if (control->TakeStale())
-          if (const auto list = Cast<Listbox>(control)) CopyRows(*list);
     }
   }
 
@@ -88,15 +84,6 @@ class HeadlessToolkit : public Toolkit {
   static HeadlessToolkit* current;
 
  private:
-  static void CopyRows(Listbox& list) {
-    auto& copy = TheStage().Lists[&list];
-    const Listbox::Changes changes = list.TakeChanges();
-    copy.resize(static_cast<std::size_t>(list.ListCount()));
-    const int end = std::min(changes.RowsRemoved ? list.ListCount() : changes.EndStale, list.ListCount());
-    for (int row = changes.RowsRemoved ? 0 : changes.FirstStale; row < end; ++row)
-      copy[static_cast<std::size_t>(row)] = list.RowData(row);
-  }
-
   Pipe wake_ = Pipe::Open();
   std::atomic<bool> woken_ = false;
   bool ended_ = false;

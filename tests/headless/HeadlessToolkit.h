@@ -2,11 +2,9 @@
 
 #include <deque>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "framework/Listbox.h"
 #include "framework/Toolkit.h"
 
 /// What a test does to the toolkit without a screen, and what it saw. It outlives the toolkit. On the main
@@ -22,8 +20,6 @@ struct Stage {
   /// Class names of the windows that were open at the last update, and of all that were at any.
   std::vector<std::string> OpenWindows;
   std::vector<std::string> WindowsSeen;
-  /// Each list as a screen shows it: a copy that is kept up by what the lists say has changed.
-  std::map<const Listbox*, std::vector<Listbox::Row>> Lists;
 
   std::vector<std::string> Addresses;
   int PicturesRead = 0;

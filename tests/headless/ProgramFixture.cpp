@@ -1,6 +1,5 @@
 #include "tests/headless/ProgramFixture.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -147,20 +146,6 @@ std::string ProgramFixture::Table() {
     text += Style(*list, row) + "\n";
   }
   return text;
-}
-
-bool ProgramFixture::ScreenShowsTheTable() {
-  const auto same = [](const Listbox::CellData& left, const Listbox::CellData& right) {
-    return left.Text.Identical(right.Text) && left.Bold == right.Bold && left.Italic == right.Italic &&
-           left.Alignment == right.Alignment;
-  };
-  const Baton::Turn turn;
-  const auto list = Window1()->ListBox2();
-  const auto& shown = TheStage().Lists[list.Get()];
-  if (static_cast<int>(shown.size()) != list->ListCount()) return false;
-  for (int row = 0; row < list->ListCount(); ++row)
-    if (!std::ranges::equal(shown[static_cast<std::size_t>(row)], list->RowData(row), same)) return false;
-  return true;
 }
 
 bool ProgramFixture::IsOpen(const std::string& window) {

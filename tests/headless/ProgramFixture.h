@@ -49,8 +49,6 @@ class ProgramFixture : public testing::Test {
   /// The table as text: a line for each row, its cells between bars and "mounted", "not mounted" or what else
   /// its style says.
   static std::string Table();
-  /// Whether what the screen was told of the table makes up the table.
-  static bool ScreenShowsTheTable();
   static bool IsOpen(const std::string& window);
   static bool IsEnabled(const String& control);
 
