@@ -1,0 +1,330 @@
+// Random user actions in the program's real windows, shown off screen, over a diskutil that is slow, fails,
+// dies, floods and prints garbage. They come in rounds, each a run of the program in a process of its own
+// that quits, or is killed, at any moment. The long run takes some minutes:
+//
+//     build/debug/tests/dravik_monkey 10000
+//
+// Each round has a seed, which gives the same actions again, as far as the timing of the program lets them
+// meet the same windows.
+
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QAbstractButton>
+#include <QEnterEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <regex>
+#include <thread>
+
+#include "app/Startup.h"
+#include "framework/Application.h"
+#include "windows/Window1.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr auto kPatience = 40s;     // between two actions, before the program is said to hang
+constexpr int kRest = 20;           // looks at a program at rest before it is said to be idle
+constexpr int kLongestRound = 250;  // actions
+
+const char* const kKeys[] = {"Return", "Space",  "Esc",    "Tab",    "Up",     "Down",    "Right",
+                             "PgDown", "Home",   "Del",    "A",      "S",      "Alt+F",   "Alt+E",
+                             "Ctrl+A", "Ctrl+C", "Ctrl+V", "Ctrl+X", "Ctrl+Z", "Ctrl+Tab"};
+
+/// What a round shares with the process that watches it.
+struct Shared {
+  std::atomic<int> Actions;
+  std::atomic<const char*> Doing;
+};
+Shared* shared = nullptr;
+
+[[noreturn]] void Fail(const std::string& what) {
+  std::fprintf(stderr, "monkey: %s, after: %s\n", what.c_str(), shared->Doing.load());
+  std::abort();
+}
+
+/// With the baton.
+bool Scanning() {
+  return Window1()->scanTheBus1()->KillFd() >= 0;
+}
+
+QMessageBox* Message() {
+  return qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+}
+
+template <class T>
+T* OneOf(const QList<T*>& list, double fraction) {
+  return list.isEmpty() ? nullptr : list[static_cast<int>(fraction * static_cast<double>(list.size()))];
+}
+
+/// A part of the window that a user can act on, or nullptr.
+template <class T>
+T* Part(const QWidget& window, double fraction) {
+  QList<T*> parts = window.findChildren<T*>();
+  parts.removeIf([](const T* part) { return !part->isVisible() || !part->isEnabled(); });
+  return OneOf(parts, fraction);
+}
+
+QList<QWidget*> ShownWindows() {
+  QList<QWidget*> windows = QApplication::topLevelWidgets();
+  windows.removeIf([](const QWidget* window) { return !window->isVisible(); });
+  std::ranges::sort(windows, {}, [](const QWidget* window) { return window->width(); });
+  return windows;
+}
+
+QList<QAction*> MenuItems(const QWidget& window) {
+  QList<QAction*> items;
+  if (const auto* bar = window.findChild<QMenuBar*>())
+    for (const QAction* menu : bar->actions()) items += menu->menu()->actions();
+  return items;
+}
+
+void Click(QPointer<QWidget> part, QPoint position) {
+  if (part) QTest::mousePress(part, Qt::LeftButton, {}, position);
+  if (part) QTest::mouseRelease(part, Qt::LeftButton, {}, position);
+}
+
+class Round {
+ public:
+  Round(unsigned seed, int actions) : actions_(seed), moments_(seed), left_(actions) {}
+
+  /// Comes again and again, also in the loops of message boxes and of handlers that wait.
+  void Look() {
+    if (Application::Quitting()) return;
+    // Mostly after a few milliseconds, at times after long enough for a whole scan.
+    const int delay = 1 + static_cast<int>(250 * std::pow(Fraction(moments_), 8));
+    QTimer::singleShot(delay, qApp, [this] { Look(); });
+    if (Baton::HeldHere()) {  // a handler waits for its command, and so does the user's input
+      if (Fraction(moments_) < 0.002) std::raise(SIGTERM);
+      return;
+    }
+    Check();
+    if (left_-- > 0)
+      Act();
+    else
+      Finish();
+  }
+
+ private:
+  void Check();
+  void CheckScreen();
+  void Act();
+  void Finish();
+
+  static double Fraction(std::mt19937& from) { return std::uniform_real_distribution<>(0, 1)(from); }
+
+  std::mt19937 actions_, moments_;  // two, as the number of moments is another in each run
+  int left_;
+  int rest_ = 0;
+  std::uint64_t disturbed_ =
+      ~0ull;  // generation of the rows that a press of Scan has cut off from their scan
+};
+Round* theRound = nullptr;
+
+void Round::Check() {
+  const Baton::Turn turn;
+  const auto list = Window1()->ListBox2();
+  if (Message() && Message()->text().contains("AlreadyRunning")) disturbed_ = list->Generation();
+  const bool styled = !Scanning() && disturbed_ != list->Generation();
+  for (int row = 0; row < list->ListCount(); ++row) {
+    const bool bold = list->CellBold(row, 0), italic = list->CellItalic(row, 0);
+    for (int column = 1; column < 4; ++column)
+      if (list->CellBold(row, column) != bold || list->CellItalic(row, column) != italic)
+        Fail("a row is torn");
+    if ((bold && italic) || (styled && !bold && !italic)) Fail("a row tells no state");
+  }
+  if (!Scanning() && !Message() && _GetImplicitWindow("Window2.Window2")) Fail("the feedback window stays");
+}
+
+void Round::CheckScreen() {
+  const Baton::Turn turn;
+  const auto list = Window1()->ListBox2();
+  const auto* table = ShownWindows().front()->findChild<QTableView*>();
+  if (table->model()->rowCount() != list->ListCount()) Fail("the screen has other rows");
+  for (int row = 0; row < list->ListCount(); ++row)
+    if (table->model()->index(row, 0).data(Qt::FontRole).value<QFont>().bold() != list->CellBold(row, 0))
+      Fail("the screen shows a row in another style");
+  const auto selected = table->selectionModel()->selectedRows();
+  if ((selected.isEmpty() ? -1 : selected.front().row()) != list->ListIndex())
+    Fail("another row is selected");
+}
+
+void Round::Act() {
+  ++shared->Actions;  // the pulse that the watching process feels
+  double action = Fraction(actions_);
+  const double which = Fraction(actions_), part = Fraction(actions_);
+  const double x = Fraction(actions_), y = Fraction(actions_);
+  QWidget* window = QApplication::activePopupWidget();
+  if (!window) window = QApplication::activeModalWidget();
+  if (!window) window = OneOf(ShownWindows(), which);
+  if (!window) return;
+  const auto* table = Part<QTableView>(*window, 0);
+  QWidget* any = Part<QWidget>(*window, part);
+  QWidget* spot = any && !(table && part < 0.4) ? any : table ? table->viewport() : window;
+  const QPoint position(static_cast<int>(x * spot->width()), static_cast<int>(y * spot->height()));
+
+  const auto is = [&](double share, const char* name) {
+    if ((action -= share) >= 0) return false;
+    shared->Doing = name;
+    return true;
+  };
+  if (is(0.36, "a press of a button")) {
+    if (auto* button = Part<QAbstractButton>(*window, part)) Click(button, button->rect().center());
+  } else if (is(0.35, "a click")) {
+    Click(spot, position);
+  } else if (is(0.14, "a key")) {
+    const auto key = QKeySequence(kKeys[static_cast<std::size_t>(part * std::size(kKeys))])[0];
+    QTest::keyClick(window->focusWidget() ? window->focusWidget() : window, key.key(),
+                    key.keyboardModifiers());
+  } else if (is(0.05, "a double click")) {
+    QTest::mouseDClick(spot, Qt::LeftButton, {}, position);
+  } else if (is(0.04, "the mouse over something")) {
+    QEnterEvent enter(position, position, position);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(spot, x < 0.7 ? &enter : &leave);
+  } else if (is(0.03, "a menu item")) {
+    if (QAction* item = OneOf(MenuItems(*window), part)) item->trigger();
+  } else if (is(0.015, "a resized window")) {
+    window->resize(static_cast<int>(x * 1200), static_cast<int>(y * 900));
+  } else if (is(0.01, "a closed window")) {
+    window->close();
+  } else {
+    shared->Doing = "nothing";
+  }
+}
+
+/// Lets the program come to rest, closes what a user can close and quits in one of the ways there are.
+void Round::Finish() {
+  const auto resting = [] {
+    const Baton::Turn turn;
+    return !Scanning();
+  };
+  if (QWidget* popup = QApplication::activePopupWidget()) {
+    popup->close();
+  } else if (Message()) {
+    QTest::keyClick(Message(), Qt::Key_Return);
+  } else if (resting() && ++rest_ == kRest) {
+    for (QWidget* window : ShownWindows())
+      if (!window->findChild<QTableView*>()) window->close();
+  } else if (rest_ == 2 * kRest) {
+    if (ShownWindows().size() != 1) Fail("a window cannot be closed");
+    CheckScreen();
+    shared->Doing = "the quit of a round";
+    const double way = Fraction(actions_);
+    if (way < 0.3)
+      ShownWindows().front()->close();
+    else if (way < 0.6)
+      MenuItems(*ShownWindows().front()).front()->trigger();
+    else
+      std::raise(SIGTERM);
+  }
+}
+
+/// Qt warns of mistakes in the use of it with the name of one of its functions.
+void HearQt(QtMsgType, const QMessageLogContext&, const QString& text) {
+  if (text.startsWith('Q') && text.contains("::")) Fail(text.toStdString());
+}
+
+void StartRound() {
+  if (!theRound) return;
+  qInstallMessageHandler(HearQt);
+  QTimer::singleShot(0, qApp, [] { theRound->Look(); });
+}
+Q_COREAPP_STARTUP_FUNCTION(StartRound)
+
+/// Returns how it ended, as `waitpid` tells it.
+int RunRound(unsigned seed, char** argv) {
+  std::mt19937 random(seed);
+  const int actions = static_cast<int>(random() % kLongestRound);
+  const bool killed = random() % 8 == 0;
+  const auto killTime = Clock::now() + std::chrono::milliseconds(random() % 3000);
+  setenv("MONKEY_SEED", std::to_string(random() % 1000000).c_str(), 1);
+  shared->Doing = "the start";
+  const pid_t pid = fork();
+  if (pid == 0) {
+    Round round(seed, actions);
+    theRound = &round;
+    int argc = 1;
+    std::exit(_Main(argc, argv));
+  }
+  int status = 0, seen = 0;
+  for (auto lastSeen = Clock::now(); waitpid(pid, &status, WNOHANG) == 0; std::this_thread::sleep_for(5ms)) {
+    if (std::exchange(seen, shared->Actions) != shared->Actions) lastSeen = Clock::now();
+    if (killed && Clock::now() > killTime) kill(pid, SIGKILL);
+    if (Clock::now() < lastSeen + kPatience) continue;
+    std::fprintf(stderr, "monkey: hangs, after: %s\n", shared->Doing.load());
+    kill(pid, SIGABRT);
+    lastSeen = Clock::now();
+  }
+  return killed && WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? 0 : status;
+}
+
+std::string TextOf(const std::filesystem::path& path) {
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// A round with settings that depend on its seed.
+bool RoundIsGood(unsigned seed, const std::filesystem::path& home, char** argv) {
+  static const std::regex format(
+      "# Dravik's preferences version\n1\\.3\n# Scan on startup\n(yes|no)\n# Show feedback "
+      "window'\n(yes|no)\n"
+      "# Show unMount button'\n(yes|no)\n# EOF\n");
+  const auto word = [seed](unsigned bit) { return seed & bit ? "\nyes\n#" : "\nno\n#"; };
+  const auto preferences = home / "Dravik.prefs";
+  std::ofstream(preferences) << "#\n1.3\n#" << word(1) << word(2) << word(4) << '\n';
+  std::filesystem::remove(home / "calls");
+  const std::string before = TextOf(preferences);
+  const int status = RunRound(seed, argv);
+  const std::string after = TextOf(preferences);
+  const bool whole = std::regex_match(after, format) || after == before;
+  if (status != 0)
+    std::fprintf(stderr, "monkey: seed %u ended with %#x\n", seed, static_cast<unsigned>(status));
+  if (!whole) std::fprintf(stderr, "monkey: seed %u left these preferences:\n%s\n", seed, after.c_str());
+  return status == 0 && whole;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2 || argc > 3 || std::atoi(argv[1]) <= 0) {
+    std::puts(
+        "usage: dravik_monkey ACTIONS [SEED]\nTakes 10000 or so random actions, in rounds with seeds from SEED on.");
+    return 2;
+  }
+  void* memory = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  shared = new (memory) Shared{};
+  std::string home = std::filesystem::temp_directory_path() / "dravik-monkey-XXXXXX";
+  if (!mkdtemp(home.data())) return 1;
+  std::filesystem::create_symlink(MONKEY_TOOL, home + "/diskutil");
+  std::filesystem::create_symlink("/bin/true", home + "/xdg-open");
+  setenv("PATH", (home + ":/usr/bin:/bin").c_str(), 1);
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) setenv(folder, home.c_str(), 1);
+
+  const int wanted = std::atoi(argv[1]);
+  const unsigned first = argc > 2 ? static_cast<unsigned>(std::atoi(argv[2])) : 1;
+  unsigned seed = first;
+  while (shared->Actions < wanted && RoundIsGood(seed, home, argv)) ++seed;
+  std::error_code ignored;
+  std::filesystem::remove_all(home, ignored);
+  std::printf("%d actions in %u good rounds\n", shared->Actions.load(), seed - first);
+  return shared->Actions < wanted ? 1 : 0;
+}
