@@ -57,41 +57,29 @@ TEST_F(ThreadTest, RunsUntilItIsKilledHandsOverBothWaysAndRunsAgain) {
   });
 }
 
-TEST_F(ThreadTest, StandsStillWhileSuspendedAndCanBeKilledThen) {
-  RunProgram([&] {
-    StartCounting();
-    ASSERT_TRUE(Counts());
-    Application::Deliver([&] { worker_->Suspend(); });
-    const int stopped = Read([&] { return count_; });
-    int looks = 0;
-    EXPECT_FALSE(PumpUntil([&] { return ++looks > 10 || count_ != stopped; }) && looks <= 10);
-    Application::Deliver([&] { worker_->Resume(); });
-    EXPECT_TRUE(Counts());
-    Application::Deliver([&] {
-      worker_->Suspend();
-      worker_->Kill();
-    });
-    EXPECT_TRUE(Ends());
-  });
-}
-
-TEST_F(ThreadTest, SleepsAsLongAsToldAndCanBeKilledThen) {
+TEST_F(ThreadTest, StandsStillWhileSuspendedOrAsleepAndCanBeKilledThen) {
   using namespace std::chrono;
   RunProgram([&] {
-    milliseconds slept{};
-    Start([&] {
+    for (const bool asleep : {false, true}) {
+      StartCounting();
+      ASSERT_TRUE(Counts());
       const auto begin = steady_clock::now();
-      worker_->Sleep(60);
-      YieldPoint();
-      slept = duration_cast<milliseconds>(steady_clock::now() - begin);
-      worker_->Sleep(3'600'000);
-      YieldPoint();
-      ADD_FAILURE() << "woke up";
-    });
-    ASSERT_TRUE(PumpUntil([&] { return slept.count() != 0; }));
-    EXPECT_GE(slept.count(), 60);
-    Application::Deliver([&] { worker_->Kill(); });
-    EXPECT_TRUE(Ends());
+      Application::Deliver([&] { asleep ? worker_->Sleep(60) : worker_->Suspend(); });
+      const int stopped = Read([&] { return count_; });
+      if (asleep) {
+        EXPECT_TRUE(Counts());
+        EXPECT_GE(duration_cast<milliseconds>(steady_clock::now() - begin).count(), 60);
+      } else {
+        int looks = 0;
+        EXPECT_TRUE(PumpUntil([&] { return ++looks > 10; }));
+        EXPECT_EQ(Read([&] { return count_; }), stopped);
+        Application::Deliver([&] { worker_->Resume(); });
+        EXPECT_TRUE(Counts());
+      }
+      Application::Deliver([&] { asleep ? worker_->Sleep(3'600'000) : worker_->Suspend(); });
+      Application::Deliver([&] { worker_->Kill(); });
+      EXPECT_TRUE(Ends());
+    }
   });
 }
 

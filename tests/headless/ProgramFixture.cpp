@@ -11,16 +11,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void Reach(const String& name, const std::function<void(const Ref<Control>&)>& act) {
-  Application::Deliver([&] {
-    const auto control = Window1()->Named<Control>(name);
-    if (control && control->Reachable())
-      act(control);
-    else
-      ADD_FAILURE() << "cannot be used: " << name.Utf8();
-  });
-}
-
 std::string Style(const Listbox& list, int row) {
   int bold = 0, italic = 0;
   for (int column = 0; column < 4; ++column) {
@@ -95,37 +85,10 @@ std::string ProgramFixture::ReadPrefs() const {
   return TextOf(PrefsFile());
 }
 
-void ProgramFixture::Press(const String& button) {
-  Reach(button, [](const auto& control) { Cast<PushButton>(control)->UserPress(); });
-}
-
-void ProgramFixture::Select(int row) {
-  Reach("ListBox2", [row](const auto& control) {
-    const auto list = Cast<Listbox>(control);
-    list->UserSelect(row, list->Generation());
-  });
-}
-
-void ProgramFixture::DoubleClick() {
-  Reach("ListBox2", [](const auto& control) { Cast<Listbox>(control)->UserDoubleClick(); });
-}
-
-void ProgramFixture::SelectTab(int tab) {
-  Reach("TabPanel1", [tab](const auto& control) { Cast<TabPanel>(control)->UserSelect(tab); });
-}
-
-void ProgramFixture::Tick(const String& box, bool ticked) {
-  Reach(box, [ticked](const auto& control) { Cast<CheckBox>(control)->UserSet(ticked); });
-}
-
 void ProgramFixture::Choose(const String& menuItem) {
   const auto front = Read([] { return Application::OpenWindows().back(); });
   Application::RefreshMenus(front);
   Application::Choose(Read([&] { return Application::Current()->MenuBar->_Lookup(menuItem); }), front);
-}
-
-void ProgramFixture::CloseMainWindow() {
-  Application::Deliver([] { Window1()->UserClose(); });
 }
 
 void ProgramFixture::Scan() {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/Application.h"
 #include "framework/Baton.h"
 #include "tests/headless/HeadlessToolkit.h"
 #include "windows/Window1.h"
@@ -35,13 +36,25 @@ class ProgramFixture : public testing::Test {
   std::string ReadPrefs() const;
 
   // The user's hand. A control that is not there or cannot be used fails the test.
-  static void Press(const String& button);
-  static void Select(int row);
-  static void DoubleClick();
-  static void SelectTab(int tab);
-  static void Tick(const String& box, bool ticked);
+  static void Press(const String& button) {
+    Use<PushButton>(button, [](auto& control) { control.UserPress(); });
+  }
+  static void Select(int row) {
+    Use<Listbox>("ListBox2", [row](auto& list) { list.UserSelect(row, list.Generation()); });
+  }
+  static void DoubleClick() {
+    Use<Listbox>("ListBox2", [](auto& list) { list.UserDoubleClick(); });
+  }
+  static void SelectTab(int tab) {
+    Use<TabPanel>("TabPanel1", [tab](auto& tabs) { tabs.UserSelect(tab); });
+  }
+  static void Tick(const String& box, bool ticked) {
+    Use<CheckBox>(box, [ticked](auto& control) { control.UserSet(ticked); });
+  }
   static void Choose(const String& menuItem);
-  static void CloseMainWindow();
+  static void CloseMainWindow() {
+    Application::Deliver([] { Window1()->UserClose(); });
+  }
   /// Presses Scan and waits until the scan has ended.
   static void Scan();
   static bool WaitForScan();
@@ -57,6 +70,15 @@ class ProgramFixture : public testing::Test {
   static auto Read(F&& read) {
     const Baton::Turn turn;
     return read();
+  }
+
+  template <class T, class Act>
+  static void Use(const String& name, Act act) {
+    Application::Deliver([&] {
+      const auto control = Window1()->Named<T>(name);
+      if (!control || !control->Reachable()) FAIL() << "cannot be used: " << name.Utf8();
+      act(*control);
+    });
   }
 
   std::filesystem::path home_;
