@@ -96,8 +96,9 @@ QList<QAction*> MenuItems(const QWidget& window) {
   return items;
 }
 
-void Click(QPointer<QWidget> part, QPoint position) {
-  if (part) QTest::mousePress(part, Qt::LeftButton, {}, position);
+void Click(QWidget* widget, QPoint position) {
+  const QPointer<QWidget> part(widget);
+  QTest::mousePress(part, Qt::LeftButton, {}, position);
   if (part) QTest::mouseRelease(part, Qt::LeftButton, {}, position);
 }
 
@@ -306,7 +307,8 @@ bool RoundIsGood(unsigned seed, const std::filesystem::path& home, char** argv) 
 int main(int argc, char** argv) {
   if (argc < 2 || argc > 3 || std::atoi(argv[1]) <= 0) {
     std::puts(
-        "usage: dravik_monkey ACTIONS [SEED]\nTakes 10000 or so random actions, in rounds with seeds from SEED on.");
+        "usage: dravik_monkey ACTIONS [SEED]\n10000 actions are the long run. SEED is that of the first "
+        "round.");
     return 2;
   }
   void* memory = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
