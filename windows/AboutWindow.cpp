@@ -81,6 +81,7 @@ void AboutWindow::_CreateControls0() {
 
   const auto logo = Add<Canvas>("Canvas1",          {"Rectangle1", 0, 0,  42,  39,  64,  64});
   logo->Backdrop = logo64x64();
+  logo->AccessibleName = "Logo";
 
   const auto name = Add<Label>("StaticText1", 24,             {"", 0, 0, 134,  37, 186,  27});
   name->Text = "Dravik";

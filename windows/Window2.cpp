@@ -42,6 +42,7 @@ void Window2::_CreateControls0() {
 
   const auto logo = Add<Canvas>("Canvas1",        {"", 0, 1,  20,  21,  64,  64});
   logo->Backdrop = logo64x64();
+  logo->AccessibleName = "Logo";
 
   const auto title = Add<Label>("staticTitle", 12, {"", 0, 2, 101, 21, 276,  19});
   title->Text = "'diskutil' command...";
