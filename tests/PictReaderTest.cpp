@@ -114,21 +114,6 @@ TEST(PictReader, ReadsEveryWayOfStoringPixels) {
   }
 }
 
-TEST(PictReader, SkipsWhatItDoesNotDraw) {
-  File file(4, 2);
-  file.Words({0x0000, 0x001E, 0x0001, 10}).Rect(4, 2).Words({0x0004, 0, 0x0007, 1, 1, 0x001A, 0, 0, 0});
-  file.Words({0x0022, 0, 0, 0, 0x0028, 1, 1}).Raw({3, 'a', 'b', 'c'}).Words({0x002B, 1}).Raw({1, 'a'});
-  file.Words({0x002C, 2, 0, 0x0030, 0, 0, 1, 1, 0x0038, 0x0060, 0, 0, 1, 1, 0, 90, 0x0068, 0, 90});
-  file.Words({0x0070, 10, 0, 0, 1, 1, 0x0078, 0x00A0, 1, 0x00A1, 1, 4, 1, 1, 0x0092, 2, 0, 0x00B0});
-  file.Words({0x00D0, 0, 2, 0, 0x0200, 1, 1, 0x8000, 0x8200, 0, 4, 1, 1});
-  TwoPixels(file, 0x90, 2, bitMap, 0, 1, 4, 1).Raw({0x40, 0});
-  const auto picture = ReadPict(file.End());
-  ASSERT_TRUE(picture);
-  // Stretched to twice its width, and nothing below it.
-  const std::uint32_t white = 0xFFFFFFFF, black = 0xFF000000;
-  EXPECT_EQ(picture->Pixels, (std::vector<std::uint32_t>{white, white, black, black, 0, 0, 0, 0}));
-}
-
 TEST(PictReader, RefusesWhatIsTooLarge) {
   const auto drawn = [](int side, int times) {
     File file(side, side);
