@@ -161,14 +161,12 @@ int ChildProcess::Patience() const {
 /// Takes what the pipe holds now, but not more than a moment's worth, so that a flood cannot hold its reader.
 void ChildProcess::Read() {
   for (int round = 0; round < 16; ++round) {
-    const std::size_t old = text_.size();
-    text_.resize(old + kReadSize);
-    const ssize_t got = read(output_.Fd(), text_.data() + old, kReadSize);
-    text_.resize(old + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    const ssize_t got = read(output_.Fd(), text_.Room(kReadSize), kReadSize);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0 && errno == EAGAIN) return;
-    if (text_.size() > kOutputLimit) Signal(SIGKILL);
-    if (got <= 0 || text_.size() > kOutputLimit) {
+    if (got > 0) text_.Add(static_cast<std::size_t>(got));
+    if (text_.Size() > kOutputLimit) Signal(SIGKILL);
+    if (got <= 0 || text_.Size() > kOutputLimit) {
       output_.Close();
       return;
     }

@@ -3,8 +3,10 @@
 #include <sys/types.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "framework/ByteBuffer.h"
 #include "framework/Pipe.h"
 
 /// One command as a child process: started, watched and ended, by whatever thread owns it.
@@ -44,7 +46,7 @@ class ChildProcess {
   /// 0 to 255 as exited, 128 + n when ended by signal n.
   int Status() const { return status_; }
   /// All that was printed so far.
-  std::string TakeOutput() { return std::move(text_); }
+  ByteBuffer TakeOutput() { return std::exchange(text_, ByteBuffer()); }
 
  private:
   void Start(const std::string& path, const std::vector<std::string>& words);
@@ -55,7 +57,7 @@ class ChildProcess {
   pid_t pid_ = -1;  // -1 before the start and once reaped
   Descriptor output_;
   Descriptor exit_;
-  std::string text_;
+  ByteBuffer text_;
   int status_ = kNotFound;
   long long outputDeadline_ = 0;  // monotonic milliseconds, set when the child has been reaped
 };

@@ -1,6 +1,7 @@
 #include "framework/String.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <new>
 #include <optional>
 
@@ -9,7 +10,14 @@ namespace {
 constexpr char32_t kCarriedByte = 0xDC00;  // plus the byte, 0x80 to 0xFF
 
 bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  constexpr std::size_t kStride = 4096;  // within it the compiler looks at many bytes at once
+  while (!text.empty()) {
+    unsigned char bits = 0;
+    for (const char c : text.substr(0, kStride)) bits |= static_cast<unsigned char>(c);
+    if (bits >= 0x80) return false;
+    text.remove_prefix(std::min(kStride, text.size()));
+  }
+  return true;
 }
 
 struct Sequence {
@@ -70,44 +78,84 @@ void Encode(char32_t c, std::string& utf8) {
   }
 }
 
+std::size_t Bytes(std::size_t characters, bool wide) {
+  return characters * (wide ? sizeof(char32_t) : sizeof(char));
+}
+
 char32_t LowerAscii(char32_t c) {
   return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
 }
 
-constexpr std::size_t kLeastCapacity = 32;  // characters
+/// Characters that a growing text has room for at first: as many as most lines of a tool have, so that
+/// a line takes memory once.
+constexpr std::size_t kLeastCapacity = 80;
+
+/// From here on it is worth taking a buffer over, which has room that the text does not use.
+constexpr std::size_t kManyBytes = 64 * 1024;
 
 }  // namespace
 
+// All from malloc, as a long text that grows is then moved by the system in whole pages, and not copied.
+
 String::Shared* String::Allocate(std::size_t capacity, bool wide) {
-  const std::size_t bytes = capacity * (wide ? sizeof(char32_t) : sizeof(char));
-  return new (::operator new(sizeof(Shared) + bytes)) Shared{1, wide, 0, capacity};
+  void* const memory = std::malloc(sizeof(Shared) + Bytes(capacity, wide));
+  if (!memory) throw std::bad_alloc();
+  return new (memory) Shared{1, wide, capacity, static_cast<Shared*>(memory) + 1};
 }
 
 void String::Free(Shared* shared) {
+  if (!shared->IsBehind()) std::free(shared->characters);
   shared->~Shared();
-  ::operator delete(shared);
+  std::free(shared);
+}
+
+/// Makes room for more characters of the same width in a run that is our own.
+void String::Grow(std::size_t capacity) {
+  const bool behind = held_.shared->IsBehind();
+  const bool wide = held_.shared->wide;
+  void* const moved = std::realloc(behind ? held_.shared : held_.shared->characters,
+                                   Bytes(capacity, wide) + (behind ? sizeof(Shared) : 0));
+  if (!moved) throw std::bad_alloc();
+  if (behind) {
+    held_.shared = new (moved) Shared{1, wide, capacity, static_cast<Shared*>(moved) + 1};
+  } else {
+    held_.shared->characters = moved;
+    held_.shared->capacity = capacity;
+  }
 }
 
 String::String(std::string_view utf8) {
   if (utf8.empty()) return;
   if (IsAscii(utf8)) {
     if (utf8.size() == 1) {
-      single_ = static_cast<unsigned char>(utf8[0]);
-      return;
+      held_.single = static_cast<unsigned char>(utf8[0]);
+    } else {
+      held_.shared = Allocate(utf8.size(), false);
+      std::copy(utf8.begin(), utf8.end(), held_.shared->Ascii());
     }
-    shared_ = Allocate(utf8.size(), false);
-    std::copy(utf8.begin(), utf8.end(), shared_->Ascii());
-    shared_->size = utf8.size();
+    size_ = utf8.size();
     return;
   }
   const std::u32string text = Decode(utf8);
   if (text.size() == 1) {
-    single_ = text[0];
+    held_.single = text[0];
+  } else {
+    held_.shared = Allocate(text.size(), true);
+    std::copy(text.begin(), text.end(), held_.shared->Wide());
+  }
+  size_ = text.size();
+}
+
+String::String(ByteBuffer utf8) {
+  const std::size_t size = utf8.Size();
+  if (size < kManyBytes || !IsAscii(utf8.View())) {
+    *this = String(utf8.View());
     return;
   }
-  shared_ = Allocate(text.size(), true);
-  std::copy(text.begin(), text.end(), shared_->Wide());
-  shared_->size = text.size();
+  held_.shared = Allocate(0, false);
+  held_.shared->characters = utf8.Release();
+  held_.shared->capacity = size;
+  size_ = size;
 }
 
 std::string String::Utf8() const {
@@ -125,55 +173,53 @@ String String::Slice(std::size_t index, std::size_t count) const {
   if (count == Size()) return *this;
   const bool wide = IsWide();
   String slice;
-  slice.shared_ = Allocate(count, wide);
-  slice.shared_->size = count;
+  slice.held_.shared = Allocate(count, wide);
+  slice.size_ = count;
   if (wide)
-    std::copy_n(shared_->Wide() + index, count, slice.shared_->Wide());
+    std::copy_n(held_.shared->Wide() + index, count, slice.held_.shared->Wide());
   else
-    std::copy_n(shared_->Ascii() + index, count, slice.shared_->Ascii());
+    std::copy_n(held_.shared->Ascii() + index, count, slice.held_.shared->Ascii());
   return slice;
 }
 
-// The characters move to a larger run, or to one of our own where this one is shared, or to a wide one where
-// the tail needs it.
-void String::Append(const String& tail) {
+// Where there is no room, the run grows. Where it is shared, as when a text is appended to itself, or the
+// tail needs wide characters, it is copied.
+void String::Append(String tail) {
   if (tail.Empty()) return;
   if (Empty()) {
-    *this = tail;
+    *this = std::move(tail);
     return;
   }
   const std::size_t size = Size();
   const std::size_t whole = size + tail.Size();
   const bool wide = IsWide() || tail.IsWide();
-  const bool fits = shared_ && shared_->references.load(std::memory_order_acquire) == 1 &&
-                    shared_->capacity >= whole && shared_->wide == wide;
-  const String kept = tail;  // may be this very text
-  if (!fits) {
-    Shared* const larger = Allocate(std::max({kLeastCapacity, whole, size * 2}), wide);
+  const std::size_t capacity = std::max({kLeastCapacity, whole, size * 2});
+  if (!IsShared() || held_.shared->wide != wide || !IsOwn()) {
+    Shared* const copy = Allocate(capacity, wide);
     for (std::size_t i = 0; i < size; ++i) {
       if (wide)
-        larger->Wide()[i] = (*this)[i];
+        copy->Wide()[i] = (*this)[i];
       else
-        larger->Ascii()[i] = static_cast<char>((*this)[i]);
+        copy->Ascii()[i] = static_cast<char>((*this)[i]);
     }
-    larger->size = size;
-    Release();
-    shared_ = larger;
-    single_ = kNone;
+    if (IsShared()) Release(held_.shared);
+    held_.shared = copy;
+  } else if (held_.shared->capacity < whole) {
+    Grow(capacity);
   }
-  kept.Visit([&](auto text) {
+  size_ = whole;
+  tail.Visit([&](auto text) {
     if (wide)
-      std::copy(text.begin(), text.end(), shared_->Wide() + size);
+      std::copy(text.begin(), text.end(), held_.shared->Wide() + size);
     else
-      std::transform(text.begin(), text.end(), shared_->Ascii() + size,
+      std::transform(text.begin(), text.end(), held_.shared->Ascii() + size,
                      [](auto c) { return static_cast<char>(c); });
   });
-  shared_->size = whole;
 }
 
 bool String::Identical(const String& other) const {
   if (Size() != other.Size()) return false;
-  if (shared_ == other.shared_ && single_ == other.single_) return true;
+  if (IsShared() && held_.shared == other.held_.shared) return true;
   return Visit([&](auto left) {
     return other.Visit([&](auto right) {
       return std::equal(left.begin(), left.end(), right.begin(),

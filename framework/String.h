@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "framework/ByteBuffer.h"
+
 /// Text as a value: a sequence of Unicode code points, each reached in constant time.
 ///
 /// UTF-8 is decoded on the way in and encoded on the way out. A byte that is no valid UTF-8 is carried as
@@ -22,38 +24,42 @@ class String {
   String(const char* utf8) : String(std::string_view(utf8)) {}
   String(const std::string& utf8) : String(std::string_view(utf8)) {}
   String(std::string_view utf8);
-  explicit String(char32_t codePoint) : single_(codePoint) {}
-  String(const String& other) : single_(other.single_), shared_(other.shared_) { Hold(); }
-  String(String&& other) noexcept
-      : single_(std::exchange(other.single_, kNone)), shared_(std::exchange(other.shared_, nullptr)) {}
+  /// Takes the bytes over, where they are many and ASCII alone, and copies them elsewhere.
+  explicit String(ByteBuffer utf8);
+  explicit String(char32_t codePoint) : size_(1) { held_.single = codePoint; }
+  String(const String& other) : size_(other.size_), held_(other.held_) {
+    if (IsShared()) held_.shared->references.fetch_add(1, std::memory_order_relaxed);
+  }
+  String(String&& other) noexcept : String() { Swap(other); }
   String& operator=(String other) noexcept {
-    std::swap(single_, other.single_);
-    std::swap(shared_, other.shared_);
+    Swap(other);
     return *this;
   }
-  ~String() { Release(); }
+  ~String() {
+    if (IsShared()) Release(held_.shared);
+  }
 
   /// The text as UTF-8, with carried bytes as they came.
   std::string Utf8() const;
 
   /// Number of code points.
-  std::size_t Size() const { return shared_ ? shared_->size : single_ != kNone; }
-  bool Empty() const { return Size() == 0; }
+  std::size_t Size() const { return size_; }
+  bool Empty() const { return size_ == 0; }
 
   /// The code point at `index`, counted from 0; `index` must be below Size().
   char32_t operator[](std::size_t index) const {
-    if (!shared_) return single_;
-    return shared_->wide ? shared_->Wide()[index] : static_cast<unsigned char>(shared_->Ascii()[index]);
+    if (!IsShared()) return held_.single;
+    if (held_.shared->wide) [[unlikely]]
+      return held_.shared->Wide()[index];
+    return static_cast<unsigned char>(held_.shared->Ascii()[index]);
   }
 
   /// `count` code points from `index` on, counted from 0; the range must lie inside the text.
   String Slice(std::size_t index, std::size_t count) const;
 
   String& operator+=(const String& tail) {
-    const bool hasRoom = shared_ && !shared_->wide && shared_->size < shared_->capacity &&
-                         shared_->references.load(std::memory_order_relaxed) == 1;
-    if (hasRoom && !tail.shared_ && tail.single_ < 0x80)  // the case of a loop over characters
-      shared_->Ascii()[shared_->size++] = static_cast<char>(tail.single_);
+    if (tail.size_ == 1)
+      AppendOne(tail.held_.single);
     else
       Append(tail);
     return *this;
@@ -67,39 +73,65 @@ class String {
   /// Calls `visitor` with the characters as a std::string_view of ASCII or a std::u32string_view.
   template <class Visitor>
   auto Visit(Visitor&& visitor) const {
-    if (!shared_) return visitor(std::u32string_view(&single_, Size()));
-    if (shared_->wide) return visitor(std::u32string_view(shared_->Wide(), shared_->size));
-    return visitor(std::string_view(shared_->Ascii(), shared_->size));
+    if (!IsShared()) return visitor(std::u32string_view(&held_.single, size_));
+    if (held_.shared->wide) return visitor(std::u32string_view(held_.shared->Wide(), size_));
+    return visitor(std::string_view(held_.shared->Ascii(), size_));
   }
 
  private:
-  static constexpr char32_t kNone = 0xFFFFFFFF;
-
-  /// A counted run of characters, which stand behind it.
+  /// A counted run of characters, which stand behind it or, taken over from elsewhere, in memory of their
+  /// own.
   struct Shared {
     std::atomic<std::uint32_t> references;
-    bool wide;  // one char32_t a character instead of one char
-    std::size_t size;
-    std::size_t capacity;
+    bool wide;             // one char32_t a character instead of one char
+    std::size_t capacity;  // characters
+    void* characters;
 
-    char* Ascii() { return reinterpret_cast<char*>(this + 1); }
-    char32_t* Wide() { return reinterpret_cast<char32_t*>(this + 1); }
+    char* Ascii() const { return static_cast<char*>(characters); }
+    char32_t* Wide() const { return static_cast<char32_t*>(characters); }
+    bool IsBehind() const { return characters == this + 1; }
   };
 
   static Shared* Allocate(std::size_t capacity, bool wide);
   static void Free(Shared* shared);
+  void Grow(std::size_t capacity);
 
-  void Hold() const {
-    if (shared_) shared_->references.fetch_add(1, std::memory_order_relaxed);
-  }
-  void Release() {
-    if (shared_ && shared_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) Free(shared_);
-  }
-  void Append(const String& tail);
-  bool IsWide() const { return shared_ ? shared_->wide : single_ != kNone && single_ >= 0x80; }
+  bool IsShared() const { return size_ > 1; }
+  /// True when no other text shares the characters.
+  bool IsOwn() const { return held_.shared->references.load(std::memory_order_acquire) == 1; }
+  bool IsWide() const { return IsShared() ? held_.shared->wide : size_ == 1 && held_.single >= 0x80; }
 
-  char32_t single_ = kNone;   // the only character, while nothing is shared
-  Shared* shared_ = nullptr;  // two characters or more, or text that is still growing
+  void Swap(String& other) noexcept {
+    std::swap(size_, other.size_);
+    std::swap(held_, other.held_);
+  }
+  // By value, so that a loop over characters can keep its texts of one in registers.
+  static void Release(Shared* shared) {
+    if (shared->references.fetch_sub(1, std::memory_order_acq_rel) == 1) Free(shared);
+  }
+  void Append(String tail);
+  /// The case of a loop over characters.
+  void AppendOne(char32_t c) {
+    if (IsShared() && size_ < held_.shared->capacity && IsOwn()) [[likely]] {
+      if (c < 0x80 && !held_.shared->wide) [[likely]] {
+        held_.shared->Ascii()[size_++] = static_cast<char>(c);
+        return;
+      }
+      if (held_.shared->wide) {
+        held_.shared->Wide()[size_++] = c;
+        return;
+      }
+    }
+    Append(String(c));
+  }
+
+  union Held {
+    Shared* shared;   // two characters or more
+    char32_t single;  // the only one
+  };
+
+  std::size_t size_ = 0;
+  Held held_{nullptr};
 };
 
 String operator+(const String& head, const String& tail);

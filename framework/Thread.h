@@ -72,5 +72,6 @@ class Thread : public Object {
 /// A place where other code of the program may run. Costs one relaxed load while nobody waits. Does nothing
 /// on the main thread, whose handlers run to their end.
 inline void YieldPoint() {
-  if (Baton::Wanted()) Thread::YieldCurrent();
+  if (Baton::Wanted()) [[unlikely]]
+    Thread::YieldCurrent();
 }
