@@ -2,9 +2,16 @@
 
 #include <algorithm>
 
+Listbox::Row::Row(std::size_t cells) {
+  if (cells == 1)
+    cells_.emplace<CellData>();
+  else
+    cells_.emplace<Many>(cells);
+}
+
 void Listbox::AddRow(const String& text) {
   Row row(static_cast<std::size_t>(std::max<int>(ColumnCount, 1)));
-  row.front().Text = text;
+  row[0].Text = text;
   rows_.Append(std::move(row));
   Stale(ListCount() - 1);
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "framework/Control.h"
@@ -16,7 +18,24 @@ class Listbox : public TextControl {
     bool Italic = false;
     int Alignment = 0;
   };
-  using Row = std::vector<CellData>;
+  /// The cells of a row. A row of one cell, of which a list of lines has many, takes no memory beside itself.
+  class Row {
+   public:
+    Row() = default;
+    explicit Row(std::size_t cells);
+
+    std::size_t size() const { return One() ? 1 : std::get<Many>(cells_).size(); }
+    const CellData* begin() const { return One() ? One() : std::get<Many>(cells_).data(); }
+    const CellData* end() const { return begin() + size(); }
+    const CellData& operator[](std::size_t column) const { return begin()[column]; }
+    CellData& operator[](std::size_t column) { return const_cast<CellData&>(begin()[column]); }
+
+   private:
+    using Many = std::vector<CellData>;
+    const CellData* One() const { return std::get_if<CellData>(&cells_); }
+
+    std::variant<Many, CellData> cells_;
+  };
 
   /// What has changed since the screen last copied the rows. Rows below `FirstStale` and from `EndStale` on
   /// are as they were, unless rows have been removed: then nothing is.
