@@ -22,11 +22,18 @@ bool IsWhiteSpace(char32_t c) {
 /// alone, as most places fail there.
 template <class Source, class Find>
 std::size_t Search(const Source& source, std::size_t from, const Find& find) {
+  if (source.size() - from < find.size()) return std::string::npos;
   const auto code = [](auto c) { return static_cast<char32_t>(std::make_unsigned_t<decltype(c)>(c)); };
   const auto same = [&](auto a, auto b) { return Folded(code(a)) == Folded(code(b)); };
-  const auto found = std::search(source.begin() + static_cast<std::ptrdiff_t>(from), source.end(),
-                                 find.begin(), find.end(), same);
-  return found == source.end() ? std::string::npos : static_cast<std::size_t>(found - source.begin());
+  const char32_t first = Folded(code(find.front()));
+  const char32_t caseBit = first >= 'a' && first <= 'z' ? 'a' - 'A' : 0;
+  const auto end = source.end() - static_cast<std::ptrdiff_t>(find.size()) + 1;
+  for (auto place = source.begin() + static_cast<std::ptrdiff_t>(from);; ++place) {
+    place = std::find_if(place, end, [&](auto c) { return (code(c) | caseBit) == first; });
+    if (place == end) return std::string::npos;
+    if (std::equal(find.begin(), find.end(), place, same))
+      return static_cast<std::size_t>(place - source.begin());
+  }
 }
 
 }  // namespace
