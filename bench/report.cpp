@@ -48,7 +48,7 @@ void SetRows(int rows) {
 
 double ScanTime(int rows) {
   SetRows(rows);
-  return NumberFrom({Program("dravik"), "scan"});
+  return NumberFrom({Program("../bin/dravik"), "scan"});
 }
 
 void SplitAndFilter(Table& table) {
@@ -56,9 +56,11 @@ void SplitAndFilter(Table& table) {
   const std::string list = scratch / "list";
   std::ofstream(list) << ListOfBytes(kBytes);
   const Words print = {"cat", list};
-  const Words ours = {Program("bench_split_and_filter"), "cat", list};
+  const std::string split = Program("bench_split_and_filter");
+  const Words ours = {split, "count", "cat", list};
   const Words awk = {"awk", "/[Hh][Ff][Ss]/&&!/[Hh][Ff][Ss][Xx]/"};
-  if (TextFrom(ours) != TextFrom({awk[0], awk[1], list})) throw std::runtime_error("awk keeps other lines");
+  if (TextFrom({split, "lines", "cat", list}) != TextFrom({awk[0], awk[1], list}))
+    throw std::runtime_error("awk keeps other lines");
   table.Ratio("split and filter of 10 MB / awk", 2,
               InTurn(
                   31, [&] { return TimeOf(ours); }, [&] { return TimeOf(print, awk); }));
@@ -124,7 +126,7 @@ void BareWindow(Table& table) {
               InTurn(
                   31,
                   [&] {
-                    return start({Program("dravik"), "first-paint"});
+                    return start({Program("../bin/dravik"), "first-paint"});
                   },
                   [&] {
                     return start({Program("bench_bare_window"), "first-paint"});
@@ -133,7 +135,7 @@ void BareWindow(Table& table) {
               InTurn(
                   5,
                   [] {
-                    return NumberFrom({Program("dravik"), "memory"});
+                    return NumberFrom({Program("../bin/dravik"), "memory"});
                   },
                   [] {
                     return NumberFrom({Program("bench_bare_window"), "memory"});
@@ -144,7 +146,7 @@ void ClicksInAHang(Table& table) {
   SetRows(5);
   setenv("BENCH_HANGS", "disk0s2", 1);
   Figures worst;
-  for (int i = 0; i < 5; ++i) worst.push_back(NumberFrom({Program("dravik"), "clicks"}) * 1e3);
+  for (int i = 0; i < 5; ++i) worst.push_back(NumberFrom({Program("../bin/dravik"), "clicks"}) * 1e3);
   unsetenv("BENCH_HANGS");
   table.Worst("click while the tool hangs, slowest of 100", 10, "ms", worst);
 }

@@ -1,24 +1,42 @@
 #include <poll.h>
 
 #include <cstdio>
+#include <cstring>
 
-#include "bench/ListText.h"
 #include "disktool/scanTheBus.h"
 #include "framework/ChildProcess.h"
 
 // Runs the command that is given, splits and filters what it prints as a scan does, and prints the lines
 // kept.
 
-int main(int argc, char** argv) {
-  ChildProcess child({argv + 1, argv + argc}, "");
+namespace {
+
+struct Printed {
+  String text;
+  int status;
+};
+
+Printed Run(const std::vector<std::string>& command) {
+  ChildProcess child(command, "");
   while (child.Advance()) {
     pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.ExitFd(), POLLIN, 0}};
     poll(fds, 2, child.Patience());
   }
-  const String text(child.TakeOutput());
+  return {String(child.TakeOutput()), child.Status()};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 3) return 2;
+  const auto [text, status] = Run({argv + 2, argv + argc});
   const auto lines = New<Listbox>();
   SplitIntoLines(text, *lines);
   KeepPlainHfs(*lines);
-  for (int row = 0; row < lines->ListCount(); ++row) std::puts(lines->Cell(row, 0).Utf8().c_str());
-  return child.Status();
+  if (std::strcmp(argv[1], "count") == 0) {
+    std::printf("%d\n", lines->ListCount());
+  } else {
+    for (int row = 0; row < lines->ListCount(); ++row) std::puts(lines->Cell(row, 0).Utf8().c_str());
+  }
+  return status;
 }
