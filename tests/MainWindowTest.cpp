@@ -174,33 +174,6 @@ TEST_F(MainWindow, AScanDuringAScanIsRefusedAndTearsNothing) {
   });
 }
 
-TEST_F(MainWindow, HandlersRunBetweenTwoRowsOfAScan) {
-  Write("info.held", "");
-  RunProgram([&] {
-    Press("scanButton");
-    ASSERT_TRUE(WaitForTool());
-    EXPECT_EQ(Table(), "One|1.0 GB||disk0s1|bold 0, italic 0\n");
-    Select(0);
-    Press("mountBtn");
-    EXPECT_EQ(Table(), "One|1.0 GB||disk0s1|mounted\n");
-    Remove("info.held");
-    EXPECT_TRUE(WaitForScan());
-    EXPECT_EQ(Table(), kTable);
-  });
-}
-
-TEST_F(MainWindow, ClosingItInTheMiddleOfAScanEndsTheTool) {
-  Write("list.held", "");
-  std::filesystem::remove(PrefsFile());
-  EXPECT_EQ(RunProgram([&] {  // with no preferences it scans at once
-              ASSERT_TRUE(WaitForTool());
-              CloseMainWindow();
-            }),
-            0);
-  EXPECT_FALSE(ToolRuns());
-  EXPECT_NE(ReadPrefs().find("\n# EOF\n"), std::string::npos);
-}
-
 TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
   WritePrefs(false, false, true);
   Write("unMount.held", "");
@@ -219,17 +192,6 @@ TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
   EXPECT_TRUE(ToolRuns()) << "a disk was left half unmounted";
   Remove("unMount.held");
   EXPECT_NE(ReadPrefs().find("\n# EOF\n"), std::string::npos);
-}
-
-TEST_F(MainWindow, TheFirstQuitCounts) {
-  EXPECT_EQ(RunProgram([] {
-              Application::Deliver([] {
-                Quit(3);
-                Quit(0);
-                EXPECT_TRUE(Window1()->IsOpen());  // the caller goes on
-              });
-            }),
-            3);
 }
 
 }  // namespace

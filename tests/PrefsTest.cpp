@@ -2,7 +2,6 @@
 #include <sys/stat.h>
 
 #include <csignal>
-#include <sstream>
 
 #include "app/App.h"
 #include "tests/headless/ProgramFixture.h"
@@ -55,17 +54,6 @@ TEST_F(Prefs, AreReadByLineNumbers) {
       EXPECT_EQ(Loaded(test.Text), test.Settings) << test.Text;
       EXPECT_EQ(App()->vrs.Utf8(), test.Version) << test.Text;
     }
-    // Cut anywhere, what is missing reads as empty.
-    for (std::size_t size = 0; size <= kWhole.size(); ++size) {
-      std::vector<std::string> lines;
-      std::istringstream text(kWhole.substr(0, size));
-      for (std::string line; std::getline(text, line);) lines.push_back(line);
-      lines.resize(9);
-      const auto flag = [&](std::size_t line, char letter) { return lines[line] == "yes" ? letter : '.'; };
-      const std::string expected =
-          lines[1] == "1.3" ? std::string{flag(3, 'S'), flag(5, 'F'), flag(7, 'U')} : "S..";
-      EXPECT_EQ(Loaded(kWhole.substr(0, size)), expected) << size;
-    }
     WritePrefs("old and\nlonger than what is written now" + std::string(900, '\n'));
     App()->scan = App()->showFeedbackWin = App()->showUnMountBtn = true;
   });
@@ -92,12 +80,6 @@ TEST_F(Prefs, ThatCannotBeOpenedAreToldTwice) {
             0);
   for (const auto& message : TheStage().Messages)
     EXPECT_NE(message.find("NilObjectException"), std::string::npos) << message;
-}
-
-TEST_F(Prefs, InAFolderThatCannotBeMadeAreToldOnce) {
-  setenv("XDG_CONFIG_HOME", (tool_ / "diskutil" / "config").c_str(), 1);
-  DismissMessages(1);
-  EXPECT_EQ(RunProgram([] { ASSERT_TRUE(WaitForScan()); }), 0);
 }
 
 TEST_F(Prefs, OnAFullDiskAreNeverHalfWritten) {

@@ -88,28 +88,11 @@ TEST_F(ShellTest, SaysWhyACommandDidNotRun) {
 }
 
 TEST_F(ShellTest, PassesWordsAsTheyAre) {
-  const std::vector<std::string> words = {"$(touch",
-                                          "touched)",
-                                          ";touch",
-                                          "touched",
-                                          "&&",
-                                          "`touch",
-                                          "touched`",
-                                          "|",
-                                          ">touched",
-                                          "\"a",
-                                          "b\"",
-                                          "'",
-                                          "\\",
-                                          "*",
-                                          "~",
-                                          "$HOME",
-                                          "\xFF\xC3",
-                                          "Größe",
-                                          "a\nb",
-                                          "no\xC2\xA0"
-                                          "break",
-                                          "-n"};
+  // clang-format off
+  const std::vector<std::string> words = {
+      "$(touch", "touched)", ";touch", "touched", "&&", "`touch", "touched`", "|", ">touched", "\"a", "b\"", "'",
+      "\\", "*", "~", "$HOME", "\xFF\xC3", "Größe", "a\nb", "no\u00A0break", "-n"};
+  // clang-format on
   Script("bin/args", "#!/bin/sh\nprintf '<%s>' \"$@\"\n");
   fs::current_path(home_);
   RunProgram([&] {

@@ -83,19 +83,6 @@ TEST_F(ThreadTest, StandsStillWhileSuspendedOrAsleepAndCanBeKilledThen) {
   });
 }
 
-TEST_F(ThreadTest, AMessageFromItLetsHandlersRunMeanwhile) {
-  RunProgram([&] {
-    bool handled = false, dismissed = false;
-    TheStage().Answers.emplace_back([&] { Application::Deliver([&] { handled = !dismissed; }); });
-    Start([&] {
-      MsgBox("Hello");
-      dismissed = true;
-    });
-    ASSERT_TRUE(Ends());
-    EXPECT_TRUE(handled && dismissed);
-  });
-}
-
 TEST_F(ThreadTest, AMessageAskedForDuringAHandlerComesUpBehindIt) {
   RunProgram([&] {
     std::atomic<bool> asked = false;

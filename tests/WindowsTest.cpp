@@ -112,35 +112,14 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
   });
 }
 
-TEST_F(Windows, MenusStandAsDesigned) {
+TEST_F(Windows, MenusEnableWhatCanBeDone) {
   RunProgram([&] {
-    std::vector<Ref<MenuItem>> found;
-    std::string menus;
-    const std::function<void(const MenuItem&, std::string)> walk = [&](const MenuItem& parent,
-                                                                       std::string indent) {
-      for (const auto& child : parent.Children()) {
-        found.push_back(child);
-        menus += indent + (child->Name + "|" + child->Text + "|").Utf8() +
-                 child->KeyboardShortcut.value_or("not set").Utf8() + "\n";
-        EXPECT_TRUE(child->AutoEnable);
-        walk(*child, indent + " ");
-      }
-    };
-    walk(*MenuBar1(), "");
-    ASSERT_EQ(menus,
-              "FileMenu|&File|\n"
-              " FileQuit|Quit|Cmd+Q\n"
-              "EditMenu|&Edit|\n"
-              " EditUndo|&Undo|Cmd+Z\n"
-              " UntitledMenu0|-|not set\n"
-              " EditCut|Cu&t|Cmd+X\n"
-              " EditCopy|&Copy|Cmd+C\n"
-              " EditPaste|&Paste|Cmd+V\n"
-              " EditClear|Clear|\n"
-              " AppleAbout|About Dravik…|\n");
-    EXPECT_EQ(Window1()->FileQuit(), Cast<QuitMenuItem>(found[1]));
-    EXPECT_EQ(Window1()->AppleAbout(), Cast<AppleMenuItem>(found[9]));
-    EXPECT_FALSE(Window1()->UntitledMenu1());
+    EXPECT_EQ(MenuBar1()->Child("FileMenu")->Children().size(), 1u);
+    EXPECT_EQ(MenuBar1()->Child("EditMenu")->Children().size(), 7u);
+    EXPECT_TRUE(Window1()->AppleAbout() && !Window1()->UntitledMenu1());
+    EXPECT_EQ(Window1()->AppleAbout()->Text.Get().Utf8(), "About Dravik…");
+    EXPECT_FALSE(Window1()->UntitledMenu0()->KeyboardShortcut);
+    EXPECT_TRUE(Window1()->EditClear()->KeyboardShortcut);
 
     for (const bool canEdit : {false, true}) {
       TheStage().CanEdit = canEdit;

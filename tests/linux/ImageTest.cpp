@@ -130,22 +130,4 @@ TEST_F(Image, IsListedMountedAndUnmounted) {
   EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
-TEST_F(Image, WithoutPartitionTableIsAVolume) {
-  std::string old;
-  for (const std::string signature : {"H+", "HX"}) {
-    const std::string path = EmptyImage(signature);
-    WriteHfs(path, 0, signature);
-    const LoopDisk disk(path);
-    if (!disk) GTEST_SKIP() << "needs loop devices";
-    const std::string type = signature == "HX" ? "Apple_HFSX" : " Apple_HFS";
-    EXPECT_TRUE(
-        ListComesToHold("0:                 " + type + "                          50.3 MB   " + disk.Id()));
-    // The second image may get the device that the first has left. It does not get its identifier.
-    if (!old.empty()) {
-      EXPECT_EQ(Diskutil({"mount", old}).text, "Could not find disk: " + old + "\n");
-    }
-    old = disk.Id();
-  }
-}
-
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include "linux/Identifier.h"
 #include "linux/Label.h"
-#include "linux/Size.h"
 
 namespace {
 
@@ -42,22 +41,6 @@ TEST(Identifier, HasOneSpelling) {
         "disk-7", "disk+7", "disk18446744073709551616", "disk7s4294967296", "/dev/sdb2", "mydisk7"}) {
     EXPECT_FALSE(diskutil::ReadIdentifier(word)) << word;
   }
-}
-
-TEST(Size, RoundsIntoTheNextUnit) {
-  const struct {
-    std::uint64_t bytes;
-    std::string_view text;
-  } cases[] = {
-      {0, "0.0 B"},
-      {999, "999.0 B"},
-      {1000, "1.0 KB"},
-      {999'949, "999.9 KB"},
-      {999'950, "1.0 MB"},
-      {120'450'000'000, "120.5 GB"},
-      {UINT64_MAX, "18446744.1 TB"},
-  };
-  for (const auto& each : cases) EXPECT_EQ(diskutil::SizeText(each.bytes), each.text);
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include <QAbstractButton>
-#include <QEnterEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -196,10 +195,6 @@ void Round::Act() {
                     key.keyboardModifiers());
   } else if (is(0.05, "a double click")) {
     QTest::mouseDClick(spot, Qt::LeftButton, {}, position);
-  } else if (is(0.04, "the mouse over something")) {
-    QEnterEvent enter(position, position, position);
-    QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(spot, x < 0.7 ? &enter : &leave);
   } else if (is(0.03, "a menu item")) {
     if (QAction* item = OneOf(MenuItems(*window), part)) item->trigger();
   } else if (is(0.015, "a resized window")) {

@@ -1,19 +1,15 @@
 #include <QApplication>
-#include <QCheckBox>
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTabBar>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -188,21 +184,6 @@ TEST_F(Screen, KeepsTheUsersInputUntilTheHandlerEnds) {
   });
 }
 
-TEST_F(Screen, MovesBetweenTabsByMouseAndKey) {
-  RunProgram([&] {
-    EXPECT_TRUE(Button("unMount"));
-    EXPECT_FALSE(Any<QCheckBox>());
-    QTabBar* tabs = Any<QTabBar>();
-    EXPECT_EQ(tabs->tabText(0), "'diskutil'");
-    Click(tabs, tabs->tabRect(1).center());
-    EXPECT_FALSE(Button("unMount") || List());
-    Click(WithText<QCheckBox>("Show the \"unMount\" button"), {8, 10});
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
-    EXPECT_TRUE(List());
-    EXPECT_FALSE(Button("unMount"));
-  });
-}
-
 TEST_F(Screen, ShowsTheReportAsPlainTextThatCanBeEdited) {
   RunAfterScan([&] {
     Click(List()->viewport(), InRow(1));
@@ -246,25 +227,6 @@ TEST_F(Screen, ClosesTheAboutWindowInItsOwnEvents) {
     EXPECT_FALSE(Any<QPlainTextEdit>());
   });
   EXPECT_EQ(opened().find("--help"), std::string::npos);
-}
-
-TEST_F(Screen, QuitsWhileAMessageIsUp) {
-  Write("mount.status", "5");
-  WritePrefs(false, false, true);
-  RunAfterScan([&] {
-    Click(List()->viewport(), InRow(1));
-    QTimer::singleShot(200, [] {
-      const auto* box = Any<QMessageBox>();
-      ASSERT_TRUE(box);
-      EXPECT_EQ(box->text(), "Error code: 5");
-      EXPECT_EQ(box->textFormat(), Qt::PlainText);
-      std::raise(SIGTERM);
-    });
-    Remove("../config/Dravik.prefs");
-    Click(Button("Mount"));
-    EXPECT_TRUE(Application::Quitting());
-  });
-  EXPECT_FALSE(ReadPrefs().empty());
 }
 
 }  // namespace
