@@ -52,15 +52,22 @@ std::optional<Sequence> ReadSequence(std::string_view bytes) {
   return Sequence{codePoint, length};
 }
 
-std::u32string Decode(std::string_view utf8) {
-  std::u32string text;
-  text.reserve(utf8.size());
+/// Writes the code points of the text to `to`, where there is room for as many as the text has bytes, and
+/// gives their end.
+char32_t* Decode(std::string_view utf8, char32_t* to) {
   while (!utf8.empty()) {
-    const auto sequence = ReadSequence(utf8);
-    text.push_back(sequence ? sequence->codePoint : kCarriedByte + static_cast<unsigned char>(utf8[0]));
-    utf8.remove_prefix(sequence ? sequence->length : 1);
+    std::size_t length = 1;
+    if (const auto byte = static_cast<unsigned char>(utf8[0]); byte < 0x80) {
+      *to++ = byte;
+    } else if (const auto sequence = ReadSequence(utf8)) {
+      *to++ = sequence->codePoint;
+      length = sequence->length;
+    } else {
+      *to++ = kCarriedByte + byte;
+    }
+    utf8.remove_prefix(length);
   }
-  return text;
+  return to;
 }
 
 void Encode(char32_t c, std::string& utf8) {
@@ -109,8 +116,8 @@ void String::Free(Shared* shared) {
   std::free(shared);
 }
 
-/// Makes room for more characters of the same width in a run that is our own.
-void String::Grow(std::size_t capacity) {
+/// Makes room for more or fewer characters of the same width in a run that is our own.
+void String::Resize(std::size_t capacity) {
   const bool behind = held_.shared->IsBehind();
   const bool wide = held_.shared->wide;
   void* const moved = std::realloc(behind ? held_.shared : held_.shared->characters,
@@ -125,25 +132,26 @@ void String::Grow(std::size_t capacity) {
 }
 
 String::String(std::string_view utf8) {
-  if (utf8.empty()) return;
-  if (IsAscii(utf8)) {
-    if (utf8.size() == 1) {
-      held_.single = static_cast<unsigned char>(utf8[0]);
-    } else {
-      held_.shared = Allocate(utf8.size(), false);
-      std::copy(utf8.begin(), utf8.end(), held_.shared->Ascii());
-    }
+  if (utf8.size() < 2) {
+    if (utf8.empty()) return;
+    size_ = 1;
+    Decode(utf8, &held_.single);
+  } else if (IsAscii(utf8)) {
+    held_.shared = Allocate(utf8.size(), false);
     size_ = utf8.size();
-    return;
-  }
-  const std::u32string text = Decode(utf8);
-  if (text.size() == 1) {
-    held_.single = text[0];
+    std::copy(utf8.begin(), utf8.end(), held_.shared->Ascii());
   } else {
-    held_.shared = Allocate(text.size(), true);
-    std::copy(text.begin(), text.end(), held_.shared->Wide());
+    // Room that nothing is written to takes no memory, and goes back.
+    held_.shared = Allocate(utf8.size(), true);
+    size_ = static_cast<std::size_t>(Decode(utf8, held_.shared->Wide()) - held_.shared->Wide());
+    if (IsShared()) {
+      Resize(size_);
+    } else {
+      Shared* const one = held_.shared;
+      held_.single = *one->Wide();
+      Free(one);
+    }
   }
-  size_ = text.size();
 }
 
 String::String(ByteBuffer utf8) {
@@ -205,7 +213,7 @@ void String::Append(String tail) {
     if (IsShared()) Release(held_.shared);
     held_.shared = copy;
   } else if (held_.shared->capacity < whole) {
-    Grow(capacity);
+    Resize(capacity);
   }
   size_ = whole;
   tail.Visit([&](auto text) {

@@ -94,7 +94,7 @@ class String {
 
   static Shared* Allocate(std::size_t capacity, bool wide);
   static void Free(Shared* shared);
-  void Grow(std::size_t capacity);
+  void Resize(std::size_t capacity);
 
   bool IsShared() const { return size_ > 1; }
   /// True when no other text shares the characters.
