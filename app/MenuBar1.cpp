@@ -11,7 +11,7 @@ Ref<class MenuBar1>& Kept() {
 
 template <class Item>
 Ref<Item> NewItem(const String& name, const String& text) {
-  const auto item = New<Item>();
+  Ref<Item> item = New<Item>();
   item->Name = name;
   item->AutoEnable = true;
   item->Text = text;
@@ -20,7 +20,7 @@ Ref<Item> NewItem(const String& name, const String& text) {
 
 template <class Item>
 Ref<Item> NewItem(const String& name, const String& text, const String& shortcut) {
-  const auto item = NewItem<Item>(name, text);
+  Ref<Item> item = NewItem<Item>(name, text);
   item->KeyboardShortcut = shortcut;
   return item;
 }

@@ -34,5 +34,5 @@ String TextInputStream::ReadLine() {
     if (byte == '\r' || byte == '\n') break;
     line.push_back(static_cast<char>(byte));
   }
-  return String(std::move(line));
+  return String(line);
 }

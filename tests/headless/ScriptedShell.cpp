@@ -5,7 +5,7 @@
 std::function<ToolAnswer(const std::string& commandLine)> theTool;
 
 void Shell::Execute(const String& commandLine) {
-  ToolAnswer answer = theTool(commandLine.Utf8());
+  const ToolAnswer answer = theTool(commandLine.Utf8());
   errorCode_ = answer.ErrorCode;
-  result_ = String(std::move(answer.Result));
+  result_ = String(answer.Result);
 }
