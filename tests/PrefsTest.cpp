@@ -46,7 +46,7 @@ TEST_F(Prefs, AreReadByLineNumbers) {
       {"\n1.3\n\nyes\n\nno\n\nyes\nyes\nyes\n", "S.U", "1.3"},
       {crLf, "SF.", "1.3"},
       {"\r1.3\r\ryes\r\rno\r\ryes\r", "S.U", "1.3"},
-      {std::string("\n1.3\n\n\0yes\n\nye\0s\n\nyes\0\n", 24), "...", "1.3"},
+      {std::string("\n1.3\n\n\0yes\n\nye\0s\n\nyes\0\n", 23), "...", "1.3"},
       {"\n1.3\n\n\xFFyes\n\nyes\n" + std::string(9000, 'x') + "\nyes\n", ".FU", "1.3"},
   };
   RunProgram([&] {
