@@ -182,6 +182,9 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
   RunCallback(lateStartup);
   RunDeferred();
   UpdateScreen();
+  // With the baton still here: the picture of a window comes before the work of a thread that it has started.
+  const std::vector<Ref<Window>> shown = TheRun().windows;
+  for (const auto& window : shown) Present(*window);
 }
 
 void Application::RunEventLoop() {
