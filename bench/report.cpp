@@ -9,6 +9,8 @@
 #include <map>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
+#include <vector>
 
 #include "bench/Command.h"
 #include "bench/ListText.h"
@@ -17,7 +19,7 @@
 // Runs all measurements and prints the performance table. Everything is compared run by run, in turn, so that
 // a machine whose speed drifts slows both sides down. A figure above its bar is marked, and no error.
 //
-//     bench_report SCRATCH      SCRATCH is a folder for files; bench/run prepares the rest
+//     bench_report SCRATCH [PART...]      SCRATCH is a folder for files; bench/run prepares the rest
 
 namespace {
 
@@ -116,30 +118,26 @@ void CostOfRows(Table& table) {
   table.Ratio("dearest row / cheapest, scans of 10, 100, 1000, 5000 rows", 1.25, pairs);
 }
 
-void BareWindow(Table& table) {
+void Start(Table& table) {
   SetRows(10);
   const auto start = [](const Words& command) {
     const double started = Now();
     return NumberFrom(command) - started;
   };
+  const Words ours = {Program("../bin/dravik"), "first-paint"};
+  const Words bare = {Program("bench_bare_window"), "first-paint"};
   table.Ratio("start to first picture / bare window", 1.10,
               InTurn(
-                  31,
-                  [&] {
-                    return start({Program("../bin/dravik"), "first-paint"});
-                  },
-                  [&] {
-                    return start({Program("bench_bare_window"), "first-paint"});
-                  }));
+                  31, [&] { return start(ours); }, [&] { return start(bare); }));
+}
+
+void Memory(Table& table) {
+  SetRows(10);
+  const Words ours = {Program("../bin/dravik"), "memory"};
+  const Words bare = {Program("bench_bare_window"), "memory"};
   table.Ratio("memory after the first scan / bare window", 1.15,
               InTurn(
-                  5,
-                  [] {
-                    return NumberFrom({Program("../bin/dravik"), "memory"});
-                  },
-                  [] {
-                    return NumberFrom({Program("bench_bare_window"), "memory"});
-                  }));
+                  5, [&] { return NumberFrom(ours); }, [&] { return NumberFrom(bare); }));
 }
 
 void ClicksInAHang(Table& table) {
@@ -161,21 +159,26 @@ void LinuxTool(Table& table) {
                   101, [&] { return TimeOf(list); }, [&] { return TimeOf(lsblk); }));
 }
 
+struct Part {
+  std::string_view name;
+  void (*measure)(Table&);
+};
+
+constexpr std::array kParts{Part{"text", SplitAndFilter},  Part{"linear", Linearity}, Part{"scan", Scan},
+                            Part{"rows", CostOfRows},      Part{"start", Start},      Part{"memory", Memory},
+                            Part{"clicks", ClicksInAHang}, Part{"tool", LinuxTool}};
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) return 2;
+  if (argc < 2) return 2;
   folder = fs::canonical("/proc/self/exe").parent_path();
   scratch = argv[1];
+  const std::vector<std::string_view> asked(argv + 2, argv + argc);
   try {
     Table table;
-    SplitAndFilter(table);
-    Linearity(table);
-    Scan(table);
-    CostOfRows(table);
-    BareWindow(table);
-    ClicksInAHang(table);
-    LinuxTool(table);
+    for (const Part& part : kParts)
+      if (asked.empty() || std::ranges::count(asked, part.name) > 0) part.measure(table);
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "%s\n", failure.what());
     return 1;
