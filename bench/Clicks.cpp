@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "bench/Probe.h"
+#include "bench/Clock.h"
 
 namespace {
 

@@ -7,8 +7,9 @@
 
 #include <array>
 #include <cstdlib>
-#include <ctime>
 #include <stdexcept>
+
+#include "bench/Clock.h"
 
 extern char** environ;
 
@@ -50,12 +51,6 @@ struct OpenPipe {
 };
 
 }  // namespace
-
-double Now() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 double TimeOf(const Words& command) {
   const double start = Now();

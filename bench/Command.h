@@ -16,6 +16,3 @@ double NumberFrom(const Words& command);
 
 /// Runs a command to its end and gives all that it printed.
 std::string TextFrom(const Words& command);
-
-/// Seconds of the clock that all processes share.
-double Now();

@@ -5,7 +5,6 @@
 #include <QTimer>
 #include <QWidget>
 #include <cstdio>
-#include <ctime>
 #include <memory>
 
 namespace {
@@ -30,12 +29,6 @@ class PaintWatch final : public QObject {
 };
 
 }  // namespace
-
-double Now() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 long ProportionalMemory() {
   std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen("/proc/self/smaps_rollup", "r"), std::fclose);

@@ -2,9 +2,6 @@
 
 #include <functional>
 
-/// Seconds of the clock that all processes share.
-double Now();
-
 /// This process's share of memory, in kilobytes: its own pages, and its part of those that others map too.
 long ProportionalMemory();
 

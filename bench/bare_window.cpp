@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "bench/Clock.h"
 #include "bench/Probe.h"
 
 // The controls of Dravik's main window with nothing behind them. Prints, as asked for by its argument, the

@@ -11,6 +11,7 @@
 #include "app/MenuBar1.h"
 #include "app/Startup.h"
 #include "bench/Clicks.h"
+#include "bench/Clock.h"
 #include "bench/Probe.h"
 #include "disktool/scanTheBus.h"
 #include "framework/Application.h"

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/Clock.h"
 #include "bench/Command.h"
 #include "bench/ListText.h"
 #include "bench/Table.h"

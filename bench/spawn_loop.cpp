@@ -5,7 +5,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
+
+#include "bench/Clock.h"
 
 // The commands of a scan of so many rows, one after the other, with nothing around them. Prints the seconds
 // they took.
@@ -15,12 +16,6 @@
 extern char** environ;
 
 namespace {
-
-double Now() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 bool RunOnce(char* const* words) {
   int ends[2];
