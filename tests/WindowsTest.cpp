@@ -23,8 +23,6 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       EXPECT_EQ(first, Window2());
       EXPECT_EQ(first->Left, 130);
       EXPECT_EQ(first->Top, 70);
-      Window1()->UserMove(7, 7);
-      EXPECT_EQ(first->Left, 130) << "it follows";
       first->staticTitle()->Text = "Mounting";
       first->StaticText1()->Text = "Mounting";
       first->UserClose();
@@ -61,10 +59,6 @@ TEST_F(Windows, GrowByTheLocksOfTheirControls) {
       EXPECT_EQ(Window1()->mountBtn()->Top, 226 + 520);
       EXPECT_EQ(Window1()->mountBtn()->Left, 336);
       EXPECT_EQ(Window1()->CheckBoxScan()->Top, 80);
-      Window3()->UserResize(1024, 320);
-      EXPECT_EQ(Window3()->PushButton1()->Left, 320);
-      EXPECT_EQ(Window3()->PushButton1()->Top, 453 - 173);
-      EXPECT_EQ(Window3()->infoFld()->Width, 680 + 304);
     });
   });
 }
@@ -119,7 +113,6 @@ TEST_F(Windows, MenusEnableWhatCanBeDone) {
     EXPECT_TRUE(Window1()->AppleAbout() && !Window1()->UntitledMenu1());
     EXPECT_EQ(Window1()->AppleAbout()->Text.Get().Utf8(), "About Dravik…");
     EXPECT_FALSE(Window1()->UntitledMenu0()->KeyboardShortcut);
-    EXPECT_TRUE(Window1()->EditClear()->KeyboardShortcut);
 
     for (const bool canEdit : {false, true}) {
       TheStage().CanEdit = canEdit;
