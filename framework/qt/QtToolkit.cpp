@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr int kWakeInterval = 15;    // milliseconds between two updates that other threads ask for
+constexpr int kWakeInterval = 33;    // milliseconds between two updates that other threads ask for
 constexpr int kPresentLimit = 1000;  // milliseconds
 
 constexpr int kMessageWidth = 260;  // pixels a message has at least
