@@ -12,7 +12,7 @@ class BlockStack {
   std::size_t Size() const { return size_; }
   const T& operator[](std::size_t index) const { return blocks_[index / kBlock][index % kBlock]; }
 
-  void Push(T element) {
+  void Push(T&& element) {
     if (size_ % kBlock == 0) blocks_.emplace_back().reserve(kBlock);
     blocks_.back().push_back(std::move(element));
     ++size_;
@@ -44,7 +44,7 @@ class GapBuffer {
   }
   T& operator[](std::size_t index) { return const_cast<T&>(std::as_const(*this)[index]); }
 
-  void Append(T element) {
+  void Append(T&& element) {
     MoveGap(Size());
     head_.Push(std::move(element));
   }
