@@ -267,10 +267,6 @@ void Application::ScreenChanged() {
   if (Thread::Current() && run.toolkit) run.toolkit->Wake();
 }
 
-void Application::MenusChanged() {
-  ScreenChanged();
-}
-
 void Application::Place(Window& window) {
   const Run& run = TheRun();
   const auto centreOn = [&](const Area& area) {

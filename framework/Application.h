@@ -59,7 +59,6 @@ class Application : public Object {
   // --- What the framework asks of it, with the baton ------------------------------------------------------
 
   static void ScreenChanged();
-  static void MenusChanged();
   static void Place(Window& window);
   static void Present(Window& window);
   static void Forget(Window& window);

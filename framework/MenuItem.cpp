@@ -3,7 +3,7 @@
 #include "framework/Application.h"
 
 void MenuItem::Touch() {
-  Application::MenusChanged();
+  Application::ScreenChanged();
 }
 
 Ref<MenuItem> MenuItem::Child(const String& name) const {

@@ -10,12 +10,12 @@ namespace {
 
 using Bytes = std::span<const std::byte>;
 
-constexpr int largestSide = 4096;
+constexpr int kLargestSide = 4096;
 /// A small file may draw large images again and again; no honest one draws more pixels than this in all.
-constexpr int mostPixelsDrawn = 4 * largestSide * largestSide;
+constexpr int kMostPixelsDrawn = 4 * kLargestSide * kLargestSide;
 
-constexpr std::size_t fileHeaderSize = 512;
-constexpr std::uint32_t opaque = 0xFF000000;
+constexpr std::size_t kFileHeaderSize = 512;
+constexpr std::uint32_t kOpaque = 0xFF000000;
 
 /// Reads big-endian values front to back. A read past the end gives zeros, and `Good` says so from then on,
 /// so that a record can be read whole and checked once.
@@ -62,7 +62,7 @@ struct Rect {
   int Width() const { return Right - Left; }
   int Height() const { return Bottom - Top; }
   bool IsSane() const {
-    return Width() > 0 && Height() > 0 && Width() <= largestSide && Height() <= largestSide;
+    return Width() > 0 && Height() > 0 && Width() <= kLargestSide && Height() <= kLargestSide;
   }
   bool Holds(const Rect& other) const {
     return other.Top >= Top && other.Left >= Left && other.Bottom <= Bottom && other.Right <= Right;
@@ -84,7 +84,7 @@ void SkipSized(Cursor& in) {
   in.Take(std::max(size, 2u) - 2);
 }
 
-enum class Packing { None, NoPad, ByteRuns, WordRuns, ComponentRuns };
+enum class Packing { kNone, kNoPad, kByteRuns, kWordRuns, kComponentRuns };
 
 /// How the rows of one pixel image are stored.
 struct PixelMap {
@@ -92,38 +92,38 @@ struct PixelMap {
   unsigned RowBytes = 0;
   unsigned PixelSize = 1;
   unsigned Components = 1;
-  Packing Pack = Packing::None;
+  Packing Pack = Packing::kNone;
   /// A plain bit map has no table: 0 is white and 1 is black.
-  std::array<std::uint32_t, 256> Colours{0xFFFFFFFF, opaque};
+  std::array<std::uint32_t, 256> Colors{0xFFFFFFFF, kOpaque};
 
   /// Bytes of a row once it is unpacked.
   std::size_t RowSize() const {
-    if (Pack == Packing::NoPad) return RowBytes / 4 * 3;
-    if (Pack == Packing::ComponentRuns) return RowBytes / 4 * Components;
+    if (Pack == Packing::kNoPad) return RowBytes / 4 * 3;
+    if (Pack == Packing::kComponentRuns) return RowBytes / 4 * Components;
     return RowBytes;
   }
 };
 
-bool ReadColours(Cursor& in, PixelMap& map) {
+bool ReadColors(Cursor& in, PixelMap& map) {
   in.Long();
   const bool inOrder = (in.Word() & 0x8000) != 0;
   const unsigned last = in.Word();
-  if (last >= map.Colours.size()) return false;
+  if (last >= map.Colors.size()) return false;
   for (unsigned i = 0; i <= last; ++i) {
     const unsigned value = in.Word();
-    std::uint32_t colour = opaque;
-    for (int shift : {16, 8, 0}) colour |= in.Word() >> 8 << shift;
-    map.Colours[inOrder ? i : value & 0xFF] = colour;
+    std::uint32_t color = kOpaque;
+    for (int shift : {16, 8, 0}) color |= in.Word() >> 8 << shift;
+    map.Colors[inOrder ? i : value & 0xFF] = color;
   }
   return in.Good();
 }
 
 std::optional<Packing> DirectPacking(unsigned packType, unsigned pixelSize) {
   if (packType == 0) packType = pixelSize == 16 ? 3 : 4;
-  if (packType == 1) return Packing::None;
-  if (packType == 2 && pixelSize == 32) return Packing::NoPad;
-  if (packType == 3 && pixelSize == 16) return Packing::WordRuns;
-  if (packType == 4 && pixelSize == 32) return Packing::ComponentRuns;
+  if (packType == 1) return Packing::kNone;
+  if (packType == 2 && pixelSize == 32) return Packing::kNoPad;
+  if (packType == 3 && pixelSize == 16) return Packing::kWordRuns;
+  if (packType == 4 && pixelSize == 32) return Packing::kComponentRuns;
   return std::nullopt;
 }
 
@@ -135,7 +135,7 @@ std::optional<PixelMap> ReadPixelMap(Cursor& in, bool direct, bool packed) {
   const bool isBitMap = (rowBytes & 0x8000) == 0;
   map.RowBytes = rowBytes & 0x3FFF;
   map.Bounds = ReadRect(in);
-  if (packed && !direct) map.Pack = Packing::ByteRuns;
+  if (packed && !direct) map.Pack = Packing::kByteRuns;
   if (isBitMap && direct) return std::nullopt;
   if (!isBitMap) {
     in.Word();
@@ -153,11 +153,11 @@ std::optional<PixelMap> ReadPixelMap(Cursor& in, bool direct, bool packed) {
     } else {
       if (map.PixelSize != 1 && map.PixelSize != 2 && map.PixelSize != 4 && map.PixelSize != 8)
         return std::nullopt;
-      if (!ReadColours(in, map)) return std::nullopt;
+      if (!ReadColors(in, map)) return std::nullopt;
     }
   }
   // Packing would gain nothing in such short rows, so they never are.
-  if (map.RowBytes < 8) map.Pack = Packing::None;
+  if (map.RowBytes < 8) map.Pack = Packing::kNone;
   if (!in.Good() || !map.Bounds.IsSane()) return std::nullopt;
   if (map.RowBytes * 8 < static_cast<unsigned>(map.Bounds.Width()) * map.PixelSize) return std::nullopt;
   return map;
@@ -181,38 +181,38 @@ bool UnpackBits(Bytes packed, std::size_t unit, std::span<std::byte> row) {
 }
 
 bool ReadRow(Cursor& in, const PixelMap& map, std::span<std::byte> row) {
-  if (map.Pack == Packing::None || map.Pack == Packing::NoPad) {
+  if (map.Pack == Packing::kNone || map.Pack == Packing::kNoPad) {
     const Bytes stored = in.Take(row.size());
     std::copy(stored.begin(), stored.end(), row.begin());
     return in.Good();
   }
   const Bytes packed = in.Take(map.RowBytes > 250 ? in.Word() : in.Byte());
-  return in.Good() && UnpackBits(packed, map.Pack == Packing::WordRuns ? 2 : 1, row);
+  return in.Good() && UnpackBits(packed, map.Pack == Packing::kWordRuns ? 2 : 1, row);
 }
 
 std::uint32_t PixelAt(const PixelMap& map, Bytes row, std::size_t x) {
   const auto at = [row](std::size_t i) { return std::to_integer<std::uint32_t>(row[i]); };
   if (map.PixelSize == 16) {
     const std::uint32_t value = at(2 * x) << 8 | at(2 * x + 1);
-    std::uint32_t colour = opaque;
+    std::uint32_t color = kOpaque;
     for (int part : {2, 1, 0}) {
       const std::uint32_t five = value >> 5 * part & 0x1F;
-      colour |= (five << 3 | five >> 2) << 8 * part;
+      color |= (five << 3 | five >> 2) << 8 * part;
     }
-    return colour;
+    return color;
   }
   if (map.PixelSize == 32) {
-    const bool planes = map.Pack == Packing::ComponentRuns;
-    const bool fourth = map.Components == 4 && map.Pack != Packing::NoPad;
+    const bool planes = map.Pack == Packing::kComponentRuns;
+    const bool fourth = map.Components == 4 && map.Pack != Packing::kNoPad;
     const std::size_t step = planes ? map.RowBytes / 4 : 1;
-    const bool leadingByte = planes ? fourth : map.Pack == Packing::None;
+    const bool leadingByte = planes ? fourth : map.Pack == Packing::kNone;
     const std::size_t first = planes ? x : x * (leadingByte ? 4 : 3);
     const std::size_t red = first + (leadingByte ? step : 0);
-    return (fourth ? at(first) << 24 : opaque) | at(red) << 16 | at(red + step) << 8 | at(red + 2 * step);
+    return (fourth ? at(first) << 24 : kOpaque) | at(red) << 16 | at(red + step) << 8 | at(red + 2 * step);
   }
   const std::size_t bit = x * map.PixelSize;
   const unsigned shift = static_cast<unsigned>(8 - map.PixelSize - bit % 8);
-  return map.Colours[at(bit / 8) >> shift & ((1u << map.PixelSize) - 1)];
+  return map.Colors[at(bit / 8) >> shift & ((1u << map.PixelSize) - 1)];
 }
 
 class PictReader {
@@ -234,7 +234,7 @@ class PictReader {
 
  private:
   bool ReadHeader() {
-    in_.Take(fileHeaderSize);
+    in_.Take(kFileHeaderSize);
     in_.Word();  // the low half of the size, of no use in large pictures
     frame_ = ReadRect(in_);
     if (in_.Word() != 0x0011 || in_.Word() != 0x02FF || in_.Word() != 0x0C00) return false;
@@ -280,12 +280,12 @@ class PictReader {
       if (!ReadRow(in_, *map, row)) return false;
       for (int x = 0; x < map->Bounds.Width(); ++x) {
         pixels.push_back(PixelAt(*map, row, static_cast<std::size_t>(x)));
-        anyAlpha |= pixels.back() & opaque;
+        anyAlpha |= pixels.back() & kOpaque;
       }
     }
     // Many writers announce a fourth component and leave it empty.
     if (anyAlpha == 0)
-      for (std::uint32_t& pixel : pixels) pixel |= opaque;
+      for (std::uint32_t& pixel : pixels) pixel |= kOpaque;
     Copy(pixels, map->Bounds, source, target);
     return true;
   }
@@ -316,18 +316,18 @@ class PictReader {
   /// Passes over the data of an opcode that draws no pixel image. False for one whose size cannot be told.
   bool Skip(unsigned opcode) {
     // Pattern, text, pen and colour settings, 0x0000 to 0x0023; -1 for sizes that are told below.
-    static constexpr std::array<int, 0x24> sizes{0, -1, 8, 2, 1, 2, 4,  4,  2,  8, 8, 4,  //
-                                                 4, 2,  4, 4, 8, 2, -1, -1, -1, 2, 2, 0,
-                                                 0, 0,  6, 6, 0, 6, 0,  6,  8,  4, 6, 2};
-    if (opcode < sizes.size() && sizes[opcode] >= 0) {
-      in_.Take(static_cast<std::size_t>(sizes[opcode]));
+    static constexpr std::array<int, 0x24> kSizes{0, -1, 8, 2, 1, 2, 4,  4,  2,  8, 8, 4,  //
+                                                  4, 2,  4, 4, 8, 2, -1, -1, -1, 2, 2, 0,
+                                                  0, 0,  6, 6, 0, 6, 0,  6,  8,  4, 6, 2};
+    if (opcode < kSizes.size() && kSizes[opcode] >= 0) {
+      in_.Take(static_cast<std::size_t>(kSizes[opcode]));
     } else if (opcode == 0x0001) {
       SkipSized(in_);
     } else if (opcode < 0x0024) {
       return false;  // pixel patterns
     } else if (opcode >= 0x0028 && opcode <= 0x002B) {
-      static constexpr std::array<std::size_t, 4> placeSizes{4, 1, 1, 2};
-      in_.Take(placeSizes[opcode - 0x0028]);
+      static constexpr std::array<std::size_t, 4> kPlaceSizes{4, 1, 1, 2};
+      in_.Take(kPlaceSizes[opcode - 0x0028]);
       in_.Take(in_.Byte());
     } else if (opcode < 0x0030) {
       in_.Take(in_.Word());
@@ -364,7 +364,7 @@ class PictReader {
   Cursor in_;
   Rect frame_;
   Picture picture_;
-  int budget_ = mostPixelsDrawn;
+  int budget_ = kMostPixelsDrawn;
 };
 
 }  // namespace

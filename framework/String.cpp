@@ -89,10 +89,6 @@ std::size_t Bytes(std::size_t characters, bool wide) {
   return characters * (wide ? sizeof(char32_t) : sizeof(char));
 }
 
-char32_t LowerAscii(char32_t c) {
-  return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
-}
-
 /// Characters that a growing text has room for at first: as many as most lines of a tool have, so that
 /// a line takes memory once.
 constexpr std::size_t kLeastCapacity = 80;
@@ -245,6 +241,6 @@ String operator+(const String& head, const String& tail) {
 bool operator==(const String& left, const String& right) {
   if (left.Size() != right.Size()) return false;
   for (std::size_t i = 0; i < left.Size(); ++i)
-    if (LowerAscii(left[i]) != LowerAscii(right[i])) return false;
+    if (FoldCase(left[i]) != FoldCase(right[i])) return false;
   return true;
 }

@@ -136,5 +136,10 @@ class String {
 
 String operator+(const String& head, const String& tail);
 
+/// What comparisons that ignore case take a character for: only ASCII letters have one.
+constexpr char32_t FoldCase(char32_t c) {
+  return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
+}
+
 /// Equality that ignores the case of ASCII letters.
 bool operator==(const String& left, const String& right);

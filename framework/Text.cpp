@@ -8,10 +8,6 @@
 
 namespace {
 
-char32_t Folded(char32_t c) {
-  return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
-}
-
 bool IsWhiteSpace(char32_t c) {
   return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
          (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
@@ -24,8 +20,8 @@ template <class Source, class Find>
 std::size_t Search(const Source& source, std::size_t from, const Find& find) {
   if (source.size() - from < find.size()) return std::string::npos;
   const auto code = [](auto c) { return static_cast<char32_t>(std::make_unsigned_t<decltype(c)>(c)); };
-  const auto same = [&](auto a, auto b) { return Folded(code(a)) == Folded(code(b)); };
-  const char32_t first = Folded(code(find.front()));
+  const auto same = [&](auto a, auto b) { return FoldCase(code(a)) == FoldCase(code(b)); };
+  const char32_t first = FoldCase(code(find.front()));
   const char32_t caseBit = first >= 'a' && first <= 'z' ? 'a' - 'A' : 0;
   const auto end = source.end() - static_cast<std::ptrdiff_t>(find.size()) + 1;
   for (auto place = source.begin() + static_cast<std::ptrdiff_t>(from);; ++place) {

@@ -58,10 +58,10 @@ CaseRule ReadCaseRule(const std::string& node) {
   const FileDescriptor file(OpenForReading(node));
   if (!file || pread(file.Number(), signature.data(), signature.size(), kVolumeHeader) !=
                    static_cast<ssize_t>(signature.size())) {
-    return CaseRule::Insensitive;
+    return CaseRule::kInsensitive;
   }
-  return std::string_view(signature.data(), signature.size()) == "HX" ? CaseRule::Sensitive
-                                                                      : CaseRule::Insensitive;
+  return std::string_view(signature.data(), signature.size()) == "HX" ? CaseRule::kSensitive
+                                                                      : CaseRule::kInsensitive;
 }
 
 }  // namespace diskutil

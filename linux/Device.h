@@ -13,7 +13,7 @@ namespace diskutil {
 /// itself
 /// (`label`, `entryType`) are raw bytes: clean them before they are printed.
 struct Device {
-  enum class Origin { Physical, Image, Virtual };
+  enum class Origin { kPhysical, kImage, kVirtual };
 
   Identifier id;
   std::string node;         ///< Device file, such as /dev/sdb2.
@@ -22,7 +22,7 @@ struct Device {
   bool readOnly = false;    ///< The device itself is write-protected.
   bool removable = false;   ///< The medium can be taken out of its drive.
   bool external = false;
-  Origin origin = Origin::Physical;
+  Origin origin = Origin::kPhysical;
   std::string protocol;  ///< How the disk is attached, such as "USB".
 
   std::string tableType;  ///< libblkid's name of the partition table it holds, such as "gpt"; empty for none.

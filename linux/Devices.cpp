@@ -72,16 +72,16 @@ struct Attachment {
 
 // The first sign found in the path counts: a card reader on USB is USB.
 constexpr std::array kAttachments = {
-    Attachment{"/virtual/block/loop", "Disk Image", false, Device::Origin::Image},
+    Attachment{"/virtual/block/loop", "Disk Image", false, Device::Origin::kImage},
     Attachment{"/nvme", "NVMe", false,
-               Device::Origin::Physical},  // Below /virtual/ when it has several paths.
-    Attachment{"/virtual/", "Virtual", false, Device::Origin::Virtual},
-    Attachment{"/usb", "USB", true, Device::Origin::Physical},
-    Attachment{"/fw", "FireWire", true, Device::Origin::Physical},
-    Attachment{"/mmc_host/", "Secure Digital", true, Device::Origin::Physical},
-    Attachment{"/ata", "SATA", false, Device::Origin::Physical},
-    Attachment{"/virtio", "Virtio", false, Device::Origin::Physical},
-    Attachment{"", "SCSI", false, Device::Origin::Physical},
+               Device::Origin::kPhysical},  // Below /virtual/ when it has several paths.
+    Attachment{"/virtual/", "Virtual", false, Device::Origin::kVirtual},
+    Attachment{"/usb", "USB", true, Device::Origin::kPhysical},
+    Attachment{"/fw", "FireWire", true, Device::Origin::kPhysical},
+    Attachment{"/mmc_host/", "Secure Digital", true, Device::Origin::kPhysical},
+    Attachment{"/ata", "SATA", false, Device::Origin::kPhysical},
+    Attachment{"/virtio", "Virtio", false, Device::Origin::kPhysical},
+    Attachment{"", "SCSI", false, Device::Origin::kPhysical},
 };
 
 void DescribeAttachment(udev_device* disk, Device& device) {
@@ -171,7 +171,7 @@ Device Complete(Found found) {
   Device& device = found.device;
   if (!found.described) ProbeContent(device);
   device.type =
-      TypeName(device, device.fsType == "hfsplus" ? ReadCaseRule(device.node) : CaseRule::Insensitive);
+      TypeName(device, device.fsType == "hfsplus" ? ReadCaseRule(device.node) : CaseRule::kInsensitive);
   return std::move(device);
 }
 

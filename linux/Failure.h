@@ -8,18 +8,18 @@ namespace diskutil {
 /// Why a volume could not be mounted or unmounted.
 struct Failure {
   enum class Reason {
-    NoService,
-    Busy,
-    NotAuthorised,
-    NotMountable,
-    UnsupportedByKernel,
-    Gone,
-    TimedOut,
-    Other
+    kNoService,
+    kBusy,
+    kNotAuthorised,
+    kNotMountable,
+    kUnsupportedByKernel,
+    kGone,
+    kTimedOut,
+    kOther
   };
 
-  Reason reason = Reason::Other;
-  std::string detail;  ///< Somebody else's words, for `Other` and `NoService`. Not yet safe to print.
+  Reason reason = Reason::kOther;
+  std::string detail;  ///< Somebody else's words, for `kOther` and `kNoService`. Not yet safe to print.
 };
 
 /// Nothing when all went well.

@@ -33,16 +33,16 @@ Context MakeContext() {
 Failure FromError(int error) {
   switch (error) {
     case EBUSY:
-      return {Failure::Reason::Busy, {}};
+      return {Failure::Reason::kBusy, {}};
     case EPERM:
     case EACCES:
-      return {Failure::Reason::NotAuthorised, {}};
+      return {Failure::Reason::kNotAuthorised, {}};
     case ENODEV:
-      return {Failure::Reason::UnsupportedByKernel, {}};
+      return {Failure::Reason::kUnsupportedByKernel, {}};
     case ENXIO:
-      return {Failure::Reason::Gone, {}};
+      return {Failure::Reason::kGone, {}};
     default:
-      return {Failure::Reason::Other, std::strerror(error)};
+      return {Failure::Reason::kOther, std::strerror(error)};
   }
 }
 
@@ -67,11 +67,11 @@ std::string KernelMountPoint(const Device& device) {
 }
 
 MaybeFailure KernelMount(const Device& device) {
-  if (device.fsUsage != "filesystem") return Failure{Failure::Reason::NotMountable, {}};
+  if (device.fsUsage != "filesystem") return Failure{Failure::Reason::kNotMountable, {}};
   // As long as the device is open, its number goes to no other disk: what is checked here is what gets
   // mounted.
   const FileDescriptor file(open(device.node.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file || !IsStill(file.Number(), device)) return Failure{Failure::Reason::Gone, {}};
+  if (!file || !IsStill(file.Number(), device)) return Failure{Failure::Reason::kGone, {}};
 
   const std::string point = KernelMountPoint(device);
   mkdir("/media", 0755);

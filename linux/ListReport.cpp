@@ -26,9 +26,9 @@ std::string Row(const std::string& number, const std::string& type, const std::s
 
 std::string HeadLine(const Device& disk) {
   std::string kind = "disk image";
-  if (disk.origin != Device::Origin::Image) {
+  if (disk.origin != Device::Origin::kImage) {
     kind = disk.external ? "external" : "internal";
-    kind += disk.origin == Device::Origin::Physical ? ", physical" : ", virtual";
+    kind += disk.origin == Device::Origin::kPhysical ? ", physical" : ", virtual";
   }
   return "/dev/" + disk.id.Text() + " (" + kind + "):\n";
 }

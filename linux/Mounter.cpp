@@ -43,20 +43,20 @@ bool KernelKnows(const std::string& fsType) {
 
 std::string Reason(const Failure& failure, const Device& device) {
   switch (failure.reason) {
-    case Failure::Reason::NoService:
+    case Failure::Reason::kNoService:
       return "UDisks2 is not running, and without it only root can do this";
-    case Failure::Reason::Busy:
+    case Failure::Reason::kBusy:
       return "the volume is in use";
-    case Failure::Reason::NotAuthorised:
+    case Failure::Reason::kNotAuthorised:
       return "not authorised";
-    case Failure::Reason::NotMountable:
+    case Failure::Reason::kNotMountable:
       return "there is no volume on it that can be mounted";
-    case Failure::Reason::UnsupportedByKernel:
+    case Failure::Reason::kUnsupportedByKernel:
       return "this kernel does not support the file system " + CleanLabel(device.fsType);
-    case Failure::Reason::TimedOut:
+    case Failure::Reason::kTimedOut:
       return "no answer from UDisks2 in time, it may still be at work";
-    case Failure::Reason::Gone:
-    case Failure::Reason::Other:
+    case Failure::Reason::kGone:
+    case Failure::Reason::kOther:
       break;
   }
   const std::string words = CleanLabel(failure.detail);
@@ -64,7 +64,7 @@ std::string Reason(const Failure& failure, const Device& device) {
 }
 
 Outcome Failed(std::string_view verb, const Failure& failure, const Device& device) {
-  if (failure.reason == Failure::Reason::Gone || HasGone(device)) {
+  if (failure.reason == Failure::Reason::kGone || HasGone(device)) {
     return {1, "Could not find disk: " + device.id.Text() + "\n"};
   }
   return {1,
@@ -74,12 +74,12 @@ Outcome Failed(std::string_view verb, const Failure& failure, const Device& devi
 }  // namespace
 
 MaybeFailure Mounter::TryMount(const Device& device) const {
-  if (HasGone(device)) return Failure{Failure::Reason::Gone, {}};
+  if (HasGone(device)) return Failure{Failure::Reason::kGone, {}};
   MaybeFailure failure = udisks_.Mount(device.number);
-  if (failure && failure->reason == Failure::Reason::NoService && IsRoot()) failure = KernelMount(device);
-  if (failure && failure->reason == Failure::Reason::Other && !device.fsType.empty() &&
+  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot()) failure = KernelMount(device);
+  if (failure && failure->reason == Failure::Reason::kOther && !device.fsType.empty() &&
       !KernelKnows(device.fsType)) {
-    failure->reason = Failure::Reason::UnsupportedByKernel;
+    failure->reason = Failure::Reason::kUnsupportedByKernel;
   }
   return failure;
 }
@@ -92,18 +92,18 @@ Outcome Mounter::Mount(const Device& device) const {
   if (const auto mount = MountTable().Find(device); mount && !HasGone(device)) {
     return {0, Subject(device) + " " + Place(*mount) + "\n"};
   }
-  return Failed("mount", failure.value_or(Failure{Failure::Reason::Other, "it did not stay mounted"}),
+  return Failed("mount", failure.value_or(Failure{Failure::Reason::kOther, "it did not stay mounted"}),
                 device);
 }
 
 MaybeFailure Mounter::TryUnmount(const Device& device) const {
-  if (HasGone(device)) return Failure{Failure::Reason::Gone, {}};
+  if (HasGone(device)) return Failure{Failure::Reason::kGone, {}};
   const auto mount = MountTable().Find(device);
   if (!mount) return std::nullopt;
   // Unmounting goes by the folder, and the folder belongs to another volume now.
-  if (mount->covered) return Failure{Failure::Reason::Busy, {}};
+  if (mount->covered) return Failure{Failure::Reason::kBusy, {}};
   MaybeFailure failure = udisks_.Unmount(device.number);
-  if (failure && failure->reason == Failure::Reason::NoService && IsRoot())
+  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
     failure = KernelUnmount(mount->point);
   return failure;
 }
@@ -116,7 +116,7 @@ Outcome Mounter::Unmount(const Device& device) const {
     const MaybeFailure failure = TryUnmount(device);
     const int left = MountTable().Count(device);
     if (left >= count) {
-      return Failed("unmount", failure.value_or(Failure{Failure::Reason::Other, "it is still mounted"}),
+      return Failed("unmount", failure.value_or(Failure{Failure::Reason::kOther, "it is still mounted"}),
                     device);
     }
     count = left;

@@ -73,7 +73,7 @@ std::string SchemeName(std::string_view tableType) {
 std::string TypeName(const Device& device, CaseRule caseRule) {
   if (!device.tableType.empty() && device.id.partition == 0) return SchemeName(device.tableType);
   if (device.fsType == "hfs" || device.fsType == "hfsplus") {
-    return caseRule == CaseRule::Sensitive ? "Apple_HFSX" : "Apple_HFS";
+    return caseRule == CaseRule::kSensitive ? "Apple_HFSX" : "Apple_HFS";
   }
   if (device.id.partition == 0) return CleanLabel(device.fsType);
   const auto known = std::ranges::find_if(kTypes, [&](const Entry& entry) {

@@ -47,12 +47,12 @@ std::string FindObject(sd_bus_message* objects, dev_t number) {
   return found;
 }
 
-enum class Asking { Never, Allowed };
+enum class Asking { kNever, kAllowed };
 
 Answer CallFilesystem(sd_bus* bus, const std::string& object, const char* method, Asking asking,
                       std::chrono::microseconds limit) {
   const Message call = NewCall(bus, kService, object, kFilesystem, method);
-  const bool allowed = asking == Asking::Allowed;
+  const bool allowed = asking == Asking::kAllowed;
   if (!call || Lib().sd_bus_message_set_allow_interactive_authorization(call.get(), allowed ? 1 : 0) < 0 ||
       Lib().sd_bus_message_append(call.get(), "a{sv}", 1, "auth.no_user_interaction", "b", allowed ? 0 : 1) <
           0) {
@@ -69,47 +69,47 @@ bool TimedOut(std::string_view error) {
 Failure FromError(const Answer& answer) {
   const std::string_view error = answer.error;
   using Reason = Failure::Reason;
-  if (TimedOut(error)) return {Reason::TimedOut, {}};
-  if (error == "org.freedesktop.UDisks2.Error.DeviceBusy") return {Reason::Busy, {}};
+  if (TimedOut(error)) return {Reason::kTimedOut, {}};
+  if (error == "org.freedesktop.UDisks2.Error.DeviceBusy") return {Reason::kBusy, {}};
   if (IsOneOf(error,
               {"org.freedesktop.UDisks2.Error.NotAuthorized",
                "org.freedesktop.UDisks2.Error.NotAuthorizedCanObtain",
                "org.freedesktop.UDisks2.Error.NotAuthorizedDismissed",
                "org.freedesktop.UDisks2.Error.OptionNotPermitted", "org.freedesktop.DBus.Error.AccessDenied",
                "org.freedesktop.DBus.Error.InteractiveAuthorizationRequired"})) {
-    return {Reason::NotAuthorised, {}};
+    return {Reason::kNotAuthorised, {}};
   }
   // UDisks2 gives this interface to what holds a file system, and to nothing else.
   if (IsOneOf(error,
               {"org.freedesktop.DBus.Error.UnknownMethod", "org.freedesktop.DBus.Error.UnknownInterface"})) {
-    return {Reason::NotMountable, {}};
+    return {Reason::kNotMountable, {}};
   }
-  if (error == "org.freedesktop.DBus.Error.UnknownObject") return {Reason::Gone, {}};
-  return {Reason::Other, answer.words};
+  if (error == "org.freedesktop.DBus.Error.UnknownObject") return {Reason::kGone, {}};
+  return {Reason::kOther, answer.words};
 }
 
 }  // namespace
 
 MaybeFailure Udisks::Request(const char* method, dev_t number) const {
   const auto [bus, timedOut] = Connect(timeLimit_);
-  if (timedOut) return Failure{Failure::Reason::TimedOut, {}};
-  if (!bus) return Failure{Failure::Reason::NoService, {}};
+  if (timedOut) return Failure{Failure::Reason::kTimedOut, {}};
+  if (!bus) return Failure{Failure::Reason::kNoService, {}};
 
   const Message list = NewCall(bus.get(), kService, "/org/freedesktop/UDisks2",
                                "org.freedesktop.DBus.ObjectManager", "GetManagedObjects");
   if (!list) throw std::bad_alloc();
   const Answer objects = Call(bus.get(), list.get(), timeLimit_);
   if (!objects.reply) {
-    return TimedOut(objects.error) ? Failure{Failure::Reason::TimedOut, {}}
-                                   : Failure{Failure::Reason::NoService, objects.words};
+    return TimedOut(objects.error) ? Failure{Failure::Reason::kTimedOut, {}}
+                                   : Failure{Failure::Reason::kNoService, objects.words};
   }
   const std::string object = FindObject(objects.reply.get(), number);
-  if (object.empty()) return Failure{Failure::Reason::NotMountable, {}};
+  if (object.empty()) return Failure{Failure::Reason::kNotMountable, {}};
 
-  Answer answer = CallFilesystem(bus.get(), object, method, Asking::Never, timeLimit_);
+  Answer answer = CallFilesystem(bus.get(), object, method, Asking::kNever, timeLimit_);
   if (IsOneOf(answer.error, {"org.freedesktop.UDisks2.Error.NotAuthorizedCanObtain",
                              "org.freedesktop.DBus.Error.InteractiveAuthorizationRequired"})) {
-    answer = CallFilesystem(bus.get(), object, method, Asking::Allowed, personLimit_);
+    answer = CallFilesystem(bus.get(), object, method, Asking::kAllowed, personLimit_);
   }
   if (answer.reply) return std::nullopt;
   return FromError(answer);

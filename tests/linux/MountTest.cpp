@@ -112,13 +112,13 @@ TEST(Mount, WaitsForAPersonLongerThanForTheService) {
 TEST(Mount, TellsAMissingServiceFromAHangingOne) {
   const auto reason = [](auto limit) { return diskutil::Udisks(limit).Unmount(kBackup).value().reason; };
   setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:abstract=dravik-test-nobody", 1);
-  EXPECT_EQ(reason(10s), diskutil::Failure::Reason::NoService);
+  EXPECT_EQ(reason(10s), diskutil::Failure::Reason::kNoService);
   {
     const UdisksMock noService(UdisksMock::kNoDevice, {});
-    EXPECT_EQ(reason(10s), diskutil::Failure::Reason::NoService);
+    EXPECT_EQ(reason(10s), diskutil::Failure::Reason::kNoService);
   }
   const UdisksMock deafBus(UdisksMock::kDeafBus, {});
-  EXPECT_EQ(reason(200ms), diskutil::Failure::Reason::TimedOut);
+  EXPECT_EQ(reason(200ms), diskutil::Failure::Reason::kTimedOut);
 }
 
 }  // namespace
