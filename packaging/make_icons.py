@@ -22,16 +22,10 @@ def main(arguments):
     if arguments not in ([], ["--check"]):
         print(__doc__, file=sys.stderr)
         return 2
-    status = 0
-    for size in SIZES:
-        path = FOLDER / "icons" / f"dravik-{size}.png"
-        data = make_pictures.png(make_pictures.logo_rows(size))
-        if not arguments:
-            path.write_bytes(data)
-        elif not path.exists() or path.read_bytes() != data:
-            print(f"{path.name} is not what make_icons.py draws", file=sys.stderr)
-            status = 1
-    return status
+    icons = FOLDER / "icons"
+    return make_pictures.write_or_check(
+        ((icons / f"dravik-{size}.png", make_pictures.png(make_pictures.logo_rows(size))) for size in SIZES), arguments
+    )
 
 
 if __name__ == "__main__":

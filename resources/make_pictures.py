@@ -387,6 +387,18 @@ def gif(rows):
     return out + b"\0;"
 
 
+def write_or_check(pictures, arguments):
+    """Writes each file of (path, contents); with --check says which are not as they would be written."""
+    status = 0
+    for path, data in pictures:
+        if arguments != ["--check"]:
+            path.write_bytes(data)
+        elif not path.exists() or path.read_bytes() != data:
+            print(f"{path.name} is not what {pathlib.Path(sys.argv[0]).name} draws", file=sys.stderr)
+            status = 1
+    return status
+
+
 def main(arguments):
     if len(arguments) == 3 and arguments[0] == "--png":
         pathlib.Path(arguments[2]).write_bytes(png(logo_rows(int(arguments[1]))))
@@ -394,15 +406,8 @@ def main(arguments):
     if arguments not in ([], ["--check"]):
         print(__doc__, file=sys.stderr)
         return 2
-    status = 0
-    for name, data in (("logo64x64.pct", pict(logo_rows(64))), ("paypal.gif", gif(button_rows()))):
-        path = FOLDER / name
-        if not arguments:
-            path.write_bytes(data)
-        elif not path.exists() or path.read_bytes() != data:
-            print(f"{name} is not what make_pictures.py draws", file=sys.stderr)
-            status = 1
-    return status
+    pictures = {"logo64x64.pct": pict(logo_rows(64)), "paypal.gif": gif(button_rows())}
+    return write_or_check([(FOLDER / name, data) for name, data in pictures.items()], arguments)
 
 
 if __name__ == "__main__":
