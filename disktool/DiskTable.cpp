@@ -1,4 +1,6 @@
+#include "disktool/RowStyle.h"
 #include "framework/Shell.h"
+#include "framework/Text.h"
 #include "framework/Thread.h"
 #include "windows/Window1.h"
 
@@ -57,13 +59,10 @@ void Window1::setUpDisks() {
     ListBox2()->CellAlignment(i, 1, 3);
     ListBox2()->Cell(i, 3, IdentifierIn(line));
     shell->Execute("diskutil info " + ListBox2()->Cell(i, 3));
-    if (SaysMounted(shell->Result())) {
-      for (int column = 0; column < 4; ++column) ListBox2()->CellBold(i, column, true);
-      for (int column = 0; column < 4; ++column) ListBox2()->CellItalic(i, column, false);
-    } else {
-      for (int column = 0; column < 4; ++column) ListBox2()->CellBold(i, column, false);
-      for (int column = 0; column < 4; ++column) ListBox2()->CellItalic(i, column, true);
-    }
+    if (SaysMounted(shell->Result()))
+      StyleAsMounted(*ListBox2(), i);
+    else
+      StyleAsNotMounted(*ListBox2(), i);
     YieldPoint();
   }
 }

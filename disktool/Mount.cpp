@@ -1,6 +1,8 @@
 #include "app/App.h"
+#include "disktool/RowStyle.h"
 #include "framework/Application.h"
 #include "framework/Shell.h"
+#include "framework/Text.h"
 #include "windows/Window1.h"
 #include "windows/Window2.h"
 
@@ -19,8 +21,7 @@ void Window1::mountThisDisk(int row) {
   shell->Execute("diskutil mount " + ListBox2()->Cell(ListBox2()->ListIndex(), 3));
   if (shell->ErrorCode() > 0) MsgBox("Error code: " + Str(shell->ErrorCode()));
   Window2()->Close();
-  for (int column = 0; column < 4; ++column) ListBox2()->CellBold(row, column, true);
-  for (int column = 0; column < 4; ++column) ListBox2()->CellItalic(row, column, false);
+  StyleAsMounted(*ListBox2(), row);
 }
 
 void Window1::unMountThisDisk(int row) {
@@ -34,6 +35,5 @@ void Window1::unMountThisDisk(int row) {
   if (shell->ErrorCode() > 0 && shell->ErrorCode() != kPassedOver)
     MsgBox("Error code: " + Str(shell->ErrorCode()));
   Window2()->Close();
-  for (int column = 0; column < 4; ++column) ListBox2()->CellBold(row, column, false);
-  for (int column = 0; column < 4; ++column) ListBox2()->CellItalic(row, column, true);
+  StyleAsNotMounted(*ListBox2(), row);
 }

@@ -2,6 +2,7 @@
 
 #include "framework/Application.h"
 #include "framework/Shell.h"
+#include "framework/Text.h"
 #include "windows/Window1.h"
 #include "windows/Window2.h"
 
