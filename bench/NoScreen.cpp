@@ -1,3 +1,5 @@
+#include <memory>
+
 #include "framework/Toolkit.h"
 
 // For what never starts the application.

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int kQuiet = 300;  // milliseconds
+constexpr int kMoment = 300;  // milliseconds
 
 class PaintWatch final : public QObject {
  public:
@@ -45,6 +45,6 @@ void AfterFirstPaint(std::function<void()> then) {
   qApp->installEventFilter(watch);
 }
 
-void WhenQuiet(std::function<void()> then) {
-  QTimer::singleShot(kQuiet, qApp, std::move(then));
+void AfterAMoment(std::function<void()> then) {
+  QTimer::singleShot(kMoment, qApp, std::move(then));
 }

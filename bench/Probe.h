@@ -9,5 +9,5 @@ long ProportionalMemory();
 /// application there and before its first window.
 void AfterFirstPaint(std::function<void()> then);
 
-/// Calls `then` on the main thread when nothing has happened there for a moment.
-void WhenQuiet(std::function<void()> then);
+/// Calls `then` on the main thread when what has been begun there has had the time to end.
+void AfterAMoment(std::function<void()> then);

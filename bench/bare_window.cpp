@@ -60,14 +60,14 @@ void AddBox(QWidget& page, const char* text, QRect place) {
   box->setGeometry(place);
 }
 
-QTableWidget* AddTable(QWidget& parent, int columns, QRect place) {
-  auto* table = new QTableWidget(0, columns, &parent);
+void AddTable(QWidget& parent, QRect place) {
+  constexpr int kColumns = 4;
+  auto* table = new QTableWidget(0, kColumns, &parent);
   table->setFont(FontOf(12));
   table->horizontalHeader()->hide();
   table->verticalHeader()->hide();
   table->setSelectionBehavior(QAbstractItemView::SelectRows);
   table->setGeometry(place);
-  return table;
 }
 
 void AddControls(QWidget& content) {
@@ -84,7 +84,7 @@ void AddControls(QWidget& content) {
   frame->setAutoFillBackground(true);
   frame->setPalette(QPalette(Qt::white));
   frame->setGeometry(17, 10, 379, 160);
-  AddTable(*disks, 4, {17, 36, 379, 134});
+  AddTable(*disks, {17, 36, 379, 134});
   AddHeading(*disks, "Disk/partition name", {21, 14, 138, 16});
   AddHeading(*disks, "Identifier", {317, 14, 70, 16});
   AddHeading(*disks, "Size", {211, 14, 80, 16});
@@ -112,7 +112,7 @@ int main(int argc, char** argv) {
       QApplication::quit();
       return;
     }
-    WhenQuiet([] {
+    AfterAMoment([] {
       std::printf("%ld\n", ProportionalMemory());
       QApplication::quit();
     });

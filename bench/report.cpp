@@ -69,29 +69,44 @@ void SplitAndFilter(Table& table) {
                   31, [&] { return TimeOf(ours); }, [&] { return TimeOf(print, awk); }));
 }
 
-/// Cost a byte of the largest text against the smallest. Where it is linear it stays the same, but for what
-/// the caches hold; in a list that is gone through once more for each line it would be a thousandfold.
+/// The dearest against the cheapest, round by round. `costs` has the figures of each size, in rounds.
+Pairs DearestToCheapest(const std::map<std::size_t, Figures>& costs) {
+  Pairs pairs;
+  for (std::size_t round = 0; round < costs.begin()->second.size(); ++round) {
+    Figures all;
+    for (const auto& [size, figures] : costs) all.push_back(figures.at(round));
+    const Spread spread = SpreadOf(all);
+    pairs.ours.push_back(spread.maximum);
+    pairs.theirs.push_back(spread.minimum);
+  }
+  return pairs;
+}
+
+/// Where it is linear a byte costs the same in every size, but for what the caches hold; in a list that is
+/// gone through once more for each line the largest would be a thousand times as dear.
 void Linearity(Table& table) {
-  std::map<std::string, Pairs> shapes;
+  std::map<std::string, std::map<std::size_t, Figures>> shapes;
   std::istringstream lines(
       TextFrom({"sh", "-c", "exec \"$0\" \"$@\" 2>/dev/null", Program("bench_functions"),
                 "--benchmark_format=csv", "--benchmark_repetitions=5", "--benchmark_min_time=0.05",
                 "--benchmark_enable_random_interleaving=true"}));
   for (std::string line; std::getline(lines, line);) {
     // "HalfKept/10000",iterations,real_time,cpu_time,unit,bytes_per_second,...
+    // and behind the runs their mean: "HalfKept/10000_mean",...
     const std::size_t slash = line.find('/');
     if (line.empty() || line[0] != '"' || slash == std::string::npos) continue;
+    const std::string size = line.substr(slash + 1, line.find('"', slash) - slash - 1);
+    if (size.find_first_not_of("0123456789") != std::string::npos) continue;
     std::istringstream cells(line.substr(line.find("\",") + 2));
     Figures figures;
     for (std::string cell; std::getline(cells, cell, ',');)
       figures.push_back(std::strtod(cell.c_str(), nullptr));
-    const std::string size = line.substr(slash + 1, line.find('"', slash) - slash - 1);
-    Pairs& pairs = shapes[line.substr(1, slash - 1)];
-    if (size == "10000") pairs.theirs.push_back(1 / figures.at(4));
-    if (size == "10000000") pairs.ours.push_back(1 / figures.at(4));
+    shapes[line.substr(1, slash - 1)][std::stoul(size)].push_back(1 / figures.at(4));
   }
-  table.Ratio("  a byte of 10 MB / of 10 kB, half of the lines kept", 2, shapes["HalfKept"]);
-  table.Ratio("  a byte of 10 MB / of 10 kB, one line", 2, shapes["OneLine"]);
+  table.Ratio("  dearest byte / cheapest, 10 kB to 10 MB, half kept", 2,
+              DearestToCheapest(shapes.at("HalfKept")));
+  table.Ratio("  dearest byte / cheapest, 10 kB to 10 MB, one line", 2,
+              DearestToCheapest(shapes.at("OneLine")));
 }
 
 void Scan(Table& table) {
@@ -102,21 +117,22 @@ void Scan(Table& table) {
                   21, [] { return ScanTime(kRows); }, [&] { return NumberFrom(loop); }));
 }
 
-/// The dearest row against the cheapest, in rounds that take each size in turn.
+/// What a row adds to a scan that finds none, in rounds that take each size in turn.
 void CostOfRows(Table& table) {
-  constexpr std::array kSizes{10, 100, 1000, 5000};
-  Pairs pairs;
+  constexpr int kRowsARound = 100;  // that a size is scanned for at least
+  const auto median = [](int times, int rows) {
+    Figures figures;
+    for (int i = 0; i < times; ++i) figures.push_back(ScanTime(rows));
+    return SpreadOf(figures).median;
+  };
+  std::map<std::size_t, Figures> costs;
   for (int round = 0; round < 5; ++round) {
-    Figures costs;
-    for (const int rows : kSizes) {
-      Figures times;
-      for (int i = 0; i < std::max(1, 100 / rows); ++i) times.push_back(ScanTime(rows));
-      costs.push_back(SpreadOf(times).median / (rows + 1));  // there is one command more than rows
-    }
-    pairs.ours.push_back(*std::ranges::max_element(costs));
-    pairs.theirs.push_back(*std::ranges::min_element(costs));
+    const double none = median(10, 0);
+    for (const int rows : {10, 100, 1000, 5000})
+      costs[static_cast<std::size_t>(rows)].push_back((median(std::max(1, kRowsARound / rows), rows) - none) /
+                                                      rows);
   }
-  table.Ratio("dearest row / cheapest, scans of 10, 100, 1000, 5000 rows", 1.25, pairs);
+  table.Ratio("dearest row / cheapest, scans of 10, 100, 1000, 5000 rows", 1.25, DearestToCheapest(costs));
 }
 
 void Start(Table& table) {
@@ -176,6 +192,13 @@ int main(int argc, char** argv) {
   folder = fs::canonical("/proc/self/exe").parent_path();
   scratch = argv[1];
   const std::vector<std::string_view> asked(argv + 2, argv + argc);
+  for (const std::string_view name : asked) {
+    if (std::ranges::find(kParts, name, &Part::name) != kParts.end()) continue;
+    std::fputs("There is no such part. The parts are:", stderr);
+    for (const Part& part : kParts) std::fprintf(stderr, " %s", part.name.data());
+    std::fputs("\n", stderr);
+    return 2;
+  }
   try {
     Table table;
     for (const Part& part : kParts)

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "disktool/scanTheBus.h"
 #include "framework/ChildProcess.h"
