@@ -1,7 +1,6 @@
 #include "framework/Application.h"
 
 #include <poll.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -11,6 +10,7 @@
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <utility>
 
 #include "framework/Baton.h"
 #include "framework/Pipe.h"

@@ -18,7 +18,8 @@ class Application : public Object {
   /// it.
   void _AddMenuHandler(const String& name, MenuHandlers::Handler handler);
 
-  // Events of the application. Each runs once but the last, which runs whenever the menus are refreshed.
+  // Events of the application. `Event_EnableMenuItems` runs whenever the menus are refreshed, the others
+  // once.
   virtual void Event_Close() {}
   virtual void Event_EnableMenuItems() {}
   virtual void Event_Open() {}

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+
+#include "framework/Color.h"
 #include "framework/Control.h"
 #include "framework/Picture.h"
 

@@ -1,15 +1,13 @@
 #pragma once
 
-#include <functional>
+#include <utility>
 
-#include "framework/Color.h"
 #include "framework/Property.h"
-#include "framework/Text.h"
 
 class Window;
 
 /// Edges to which a control keeps its distance when its window is resized.
-enum Locks : unsigned { kLockNone = 0, kLockLeft = 1, kLockTop = 2, kLockRight = 4, kLockBottom = 8 };
+enum Locks : unsigned { kLockLeft = 1, kLockTop = 2, kLockRight = 4, kLockBottom = 8 };
 constexpr Locks operator|(Locks a, Locks b) {
   return static_cast<Locks>(unsigned{a} | unsigned{b});
 }

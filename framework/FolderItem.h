@@ -23,8 +23,6 @@ class FolderItem : public Object {
   /// The picture in the file, nil when it cannot be read.
   PictureRef OpenAsPicture() const;
 
-  const std::string& Path() const { return path_; }
-
  private:
   std::string path_;
 };

@@ -5,6 +5,7 @@
 #include <mach-o/dyld.h>
 
 #include <array>
+#include <cstdint>
 #endif
 
 namespace {

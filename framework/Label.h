@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+
+#include "framework/Color.h"
 #include "framework/Control.h"
 
 /// Text that stands in a window. With `Multiline` off only its first line shows.

@@ -2,10 +2,10 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "framework/Property.h"
-#include "framework/Text.h"
 
 /// An item of a menu, or a menu with items of its own. The text "-" makes a separator; an ampersand marks
 /// the letter that chooses the item from the keyboard.

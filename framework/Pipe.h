@@ -33,7 +33,6 @@ class Pipe {
   int ReadFd() const { return read_.Fd(); }
   int WriteFd() const { return write_.Fd(); }
   Descriptor TakeReadEnd() { return std::move(read_); }
-  void CloseWriteEnd() { write_.Close(); }
 
  private:
   Descriptor read_;

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <functional>
+
 #include "framework/Control.h"
 
 class PushButton : public TextControl {
  public:
   Property<String> Caption{this};
   Property<bool> Default{this};  // pressed by the Return key
-  Property<bool> Cancel{this};   // pressed by the Escape key
+  Property<bool> Cancel{this};
   Property<int> ButtonStyle{this};
 
   std::function<void(Ref<PushButton>)> Action;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Color.h"
 #include "framework/Control.h"
 
 /// A filled rectangle with a border inside its edges, of one colour at the top left and one at the bottom

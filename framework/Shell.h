@@ -1,9 +1,7 @@
 #pragma once
 
-#include <string>
-
 #include "framework/Object.h"
-#include "framework/Text.h"
+#include "framework/String.h"
 
 /// Runs one command at a time and waits for it.
 ///

@@ -136,7 +136,7 @@ class String {
 
 String operator+(const String& head, const String& tail);
 
-/// What comparisons that ignore case take a character for: only ASCII letters have one.
+/// What comparisons that ignore case take a character for: an ASCII capital counts as its small letter.
 constexpr char32_t FoldCase(char32_t c) {
   return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
 }

@@ -1,5 +1,7 @@
 #include "framework/TabPanel.h"
 
+#include "framework/Text.h"
+
 std::vector<String> TabPanel::Captions() const {
   std::vector<String> captions;
   const String lineBreak = Chr(13);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Color.h"
 #include "framework/Control.h"
 
 /// Text of many lines that a user may edit where it is not read-only.

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "framework/Application.h"
@@ -76,8 +77,7 @@ void Thread::Kill() {
   if (!running_ || killed_) return;
   killed_ = true;
   LookUp();
-  if (kill_.WriteFd() >= 0) [[maybe_unused]]
-    const auto written = write(kill_.WriteFd(), "k", 1);
+  [[maybe_unused]] const auto written = write(kill_.WriteFd(), "k", 1);
   if (current == this) Unwind();
 }
 

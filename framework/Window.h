@@ -1,8 +1,9 @@
 #pragma once
 
-#include <memory>
+#include <utility>
 #include <vector>
 
+#include "framework/Color.h"
 #include "framework/Control.h"
 #include "framework/MenuItem.h"
 

@@ -10,8 +10,7 @@
 namespace diskutil {
 
 /// One disk or partition as the system knew it when it was asked. Plain data. Texts that come from the disk
-/// itself
-/// (`label`, `entryType`) are raw bytes: clean them before they are printed.
+/// itself (`label`, `entryType`) are raw bytes: clean them before they are printed.
 struct Device {
   enum class Origin { kPhysical, kImage, kVirtual };
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -73,8 +74,8 @@ struct Attachment {
 // The first sign found in the path counts: a card reader on USB is USB.
 constexpr std::array kAttachments = {
     Attachment{"/virtual/block/loop", "Disk Image", false, Device::Origin::kImage},
-    Attachment{"/nvme", "NVMe", false,
-               Device::Origin::kPhysical},  // Below /virtual/ when it has several paths.
+    // Below /virtual/ when it has several paths.
+    Attachment{"/nvme", "NVMe", false, Device::Origin::kPhysical},
     Attachment{"/virtual/", "Virtual", false, Device::Origin::kVirtual},
     Attachment{"/usb", "USB", true, Device::Origin::kPhysical},
     Attachment{"/fw", "FireWire", true, Device::Origin::kPhysical},

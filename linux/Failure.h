@@ -19,7 +19,7 @@ struct Failure {
   };
 
   Reason reason = Reason::kOther;
-  std::string detail;  ///< Somebody else's words, for `kOther` and `kNoService`. Not yet safe to print.
+  std::string detail;  ///< Somebody else's words, for `kOther`. Not yet safe to print.
 };
 
 /// Nothing when all went well.

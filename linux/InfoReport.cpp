@@ -1,7 +1,5 @@
 #include "linux/InfoReport.h"
 
-#include <string_view>
-
 #include "linux/Label.h"
 #include "linux/Size.h"
 

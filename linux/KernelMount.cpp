@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "linux/FileDescriptor.h"
 
@@ -46,7 +48,7 @@ Failure FromError(int error) {
   }
 }
 
-MaybeFailure Outcome(const Context& context, int result) {
+MaybeFailure FailureOf(const Context& context, int result) {
   if (result == 0) return std::nullopt;
   if (mnt_context_syscall_called(context.get()))
     return FromError(mnt_context_get_syscall_errno(context.get()));
@@ -83,7 +85,7 @@ MaybeFailure KernelMount(const Device& device) {
   mnt_context_set_target(context.get(), point.c_str());
   mnt_context_set_fstype(context.get(), device.fsType.c_str());
   mnt_context_set_options(context.get(), "nosuid,nodev");
-  MaybeFailure failure = Outcome(context, mnt_context_mount(context.get()));
+  MaybeFailure failure = FailureOf(context, mnt_context_mount(context.get()));
   if (failure) rmdir(point.c_str());
   return failure;
 }
@@ -91,7 +93,7 @@ MaybeFailure KernelMount(const Device& device) {
 MaybeFailure KernelUnmount(const std::string& mountPoint) {
   const Context context = MakeContext();
   mnt_context_set_target(context.get(), mountPoint.c_str());
-  return Outcome(context, mnt_context_umount(context.get()));
+  return FailureOf(context, mnt_context_umount(context.get()));
 }
 
 }  // namespace diskutil

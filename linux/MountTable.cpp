@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <new>
-#include <string_view>
 #include <system_error>
 
 namespace diskutil {

@@ -4,10 +4,11 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 namespace diskutil {
 
-const SdBus& Lib() {
+const SdBus& SdBusLibrary() {
   static const SdBus library = [] {
     SdBus made;
     void* handle = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL);
@@ -23,44 +24,45 @@ const SdBus& Lib() {
 }
 
 Connection Connect(std::chrono::microseconds limit) {
-  if (!Lib().complete) return {};
+  if (!SdBusLibrary().complete) return {};
   sd_bus* made = nullptr;
-  if (Lib().sd_bus_new(&made) < 0) return {};
+  if (SdBusLibrary().sd_bus_new(&made) < 0) return {};
   Bus bus(made);
   const char* set = secure_getenv("DBUS_SYSTEM_BUS_ADDRESS");
   const char* address = set && *set ? set : "unix:path=/run/dbus/system_bus_socket";
-  if (Lib().sd_bus_set_address(made, address) < 0 || Lib().sd_bus_set_bus_client(made, 1) < 0 ||
-      Lib().sd_bus_start(made) < 0) {
+  if (SdBusLibrary().sd_bus_set_address(made, address) < 0 ||
+      SdBusLibrary().sd_bus_set_bus_client(made, 1) < 0 || SdBusLibrary().sd_bus_start(made) < 0) {
     return {};
   }
   const auto end = std::chrono::steady_clock::now() + limit;
-  while (Lib().sd_bus_is_ready(made) == 0) {
-    const int done = Lib().sd_bus_process(made, nullptr);
+  while (SdBusLibrary().sd_bus_is_ready(made) == 0) {
+    const int done = SdBusLibrary().sd_bus_process(made, nullptr);
     if (done < 0) return {};
     if (done > 0) continue;
     const auto left =
         std::chrono::duration_cast<std::chrono::microseconds>(end - std::chrono::steady_clock::now());
     if (left.count() <= 0) return {nullptr, true};
-    if (Lib().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())) < 0) return {};
+    if (SdBusLibrary().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())) < 0) return {};
   }
-  return {Lib().sd_bus_is_ready(made) > 0 ? std::move(bus) : nullptr};
+  return {SdBusLibrary().sd_bus_is_ready(made) > 0 ? std::move(bus) : nullptr};
 }
 
 Message NewCall(sd_bus* bus, const char* service, const std::string& object, const char* interface,
                 const char* method) {
   sd_bus_message* call = nullptr;
   const int result =
-      Lib().sd_bus_message_new_method_call(bus, &call, service, object.c_str(), interface, method);
+      SdBusLibrary().sd_bus_message_new_method_call(bus, &call, service, object.c_str(), interface, method);
   return Message(result < 0 ? nullptr : call);
 }
 
 Answer Call(sd_bus* bus, sd_bus_message* call, std::chrono::microseconds limit) {
   sd_bus_error error{};
   sd_bus_message* reply = nullptr;
-  const int result = Lib().sd_bus_call(bus, call, static_cast<std::uint64_t>(limit.count()), &error, &reply);
+  const int result =
+      SdBusLibrary().sd_bus_call(bus, call, static_cast<std::uint64_t>(limit.count()), &error, &reply);
   const char* unnamed = result < 0 ? "?" : "";
   Answer answer{Message(reply), error.name ? error.name : unnamed, error.message ? error.message : ""};
-  Lib().sd_bus_error_free(&error);
+  SdBusLibrary().sd_bus_error_free(&error);
   return answer;
 }
 

@@ -40,11 +40,11 @@ struct SdBus {
 };
 
 /// Loads the library when it is called first. Not complete where there is none.
-const SdBus& Lib();
+const SdBus& SdBusLibrary();
 
 struct BusUnref {
-  void operator()(sd_bus* bus) const { Lib().sd_bus_close_unref(bus); }
-  void operator()(sd_bus_message* message) const { Lib().sd_bus_message_unref(message); }
+  void operator()(sd_bus* bus) const { SdBusLibrary().sd_bus_close_unref(bus); }
+  void operator()(sd_bus_message* message) const { SdBusLibrary().sd_bus_message_unref(message); }
 };
 using Bus = std::unique_ptr<sd_bus, BusUnref>;
 using Message = std::unique_ptr<sd_bus_message, BusUnref>;
@@ -75,11 +75,11 @@ Answer Call(sd_bus* bus, sd_bus_message* call, std::chrono::microseconds limit);
 template <typename Read>
 bool ForEachEntry(sd_bus_message* message, const std::string& entry, Read read) {
   const auto enter = [&](char type, const std::string& contents) {
-    return Lib().sd_bus_message_enter_container(message, type, contents.c_str()) >= 0;
+    return SdBusLibrary().sd_bus_message_enter_container(message, type, contents.c_str()) >= 0;
   };
-  const auto leave = [&] { return Lib().sd_bus_message_exit_container(message) >= 0; };
+  const auto leave = [&] { return SdBusLibrary().sd_bus_message_exit_container(message) >= 0; };
   if (!enter(SD_BUS_TYPE_ARRAY, "{" + entry + "}")) return false;
-  while (Lib().sd_bus_message_at_end(message, 0) == 0) {
+  while (SdBusLibrary().sd_bus_message_at_end(message, 0) == 0) {
     if (!enter(SD_BUS_TYPE_DICT_ENTRY, entry) || !read() || !leave()) return false;
   }
   return leave();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <new>
 #include <string>
 #include <string_view>
@@ -27,18 +28,18 @@ std::string FindObject(sd_bus_message* objects, dev_t number) {
   std::string found;
   ForEachEntry(objects, "oa{sa{sv}}", [&] {
     const char* path = nullptr;
-    if (Lib().sd_bus_message_read(objects, "o", &path) < 0) return false;
+    if (SdBusLibrary().sd_bus_message_read(objects, "o", &path) < 0) return false;
     return ForEachEntry(objects, "sa{sv}", [&] {
       const char* interface = nullptr;
-      if (Lib().sd_bus_message_read(objects, "s", &interface) < 0) return false;
+      if (SdBusLibrary().sd_bus_message_read(objects, "s", &interface) < 0) return false;
       return ForEachEntry(objects, "sv", [&] {
         const char* property = nullptr;
-        if (Lib().sd_bus_message_read(objects, "s", &property) < 0) return false;
+        if (SdBusLibrary().sd_bus_message_read(objects, "s", &property) < 0) return false;
         if (std::strcmp(interface, kBlock) != 0 || std::strcmp(property, "DeviceNumber") != 0) {
-          return Lib().sd_bus_message_skip(objects, "v") >= 0;
+          return SdBusLibrary().sd_bus_message_skip(objects, "v") >= 0;
         }
         std::uint64_t value = 0;
-        if (Lib().sd_bus_message_read(objects, "v", "t", &value) < 0) return false;
+        if (SdBusLibrary().sd_bus_message_read(objects, "v", "t", &value) < 0) return false;
         if (value == number) found = path;
         return true;
       });
@@ -53,9 +54,10 @@ Answer CallFilesystem(sd_bus* bus, const std::string& object, const char* method
                       std::chrono::microseconds limit) {
   const Message call = NewCall(bus, kService, object, kFilesystem, method);
   const bool allowed = asking == Asking::kAllowed;
-  if (!call || Lib().sd_bus_message_set_allow_interactive_authorization(call.get(), allowed ? 1 : 0) < 0 ||
-      Lib().sd_bus_message_append(call.get(), "a{sv}", 1, "auth.no_user_interaction", "b", allowed ? 0 : 1) <
-          0) {
+  if (!call ||
+      SdBusLibrary().sd_bus_message_set_allow_interactive_authorization(call.get(), allowed ? 1 : 0) < 0 ||
+      SdBusLibrary().sd_bus_message_append(call.get(), "a{sv}", 1, "auth.no_user_interaction", "b",
+                                           allowed ? 0 : 1) < 0) {
     return {nullptr, "?", {}};
   }
   return Call(bus, call.get(), limit);
@@ -101,7 +103,7 @@ MaybeFailure Udisks::Request(const char* method, dev_t number) const {
   const Answer objects = Call(bus.get(), list.get(), timeLimit_);
   if (!objects.reply) {
     return TimedOut(objects.error) ? Failure{Failure::Reason::kTimedOut, {}}
-                                   : Failure{Failure::Reason::kNoService, objects.words};
+                                   : Failure{Failure::Reason::kNoService, {}};
   }
   const std::string object = FindObject(objects.reply.get(), number);
   if (object.empty()) return Failure{Failure::Reason::kNotMountable, {}};

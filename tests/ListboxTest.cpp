@@ -4,6 +4,8 @@
 
 #include <random>
 
+#include "framework/Text.h"
+
 namespace {
 
 class ListboxTest : public testing::Test {

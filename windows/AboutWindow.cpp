@@ -1,6 +1,7 @@
 #include "windows/AboutWindow.h"
 
 #include "framework/Application.h"
+#include "framework/Text.h"
 #include "windows/Pictures.h"
 
 namespace {

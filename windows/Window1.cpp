@@ -3,6 +3,7 @@
 #include "app/App.h"
 #include "app/MenuBar1.h"
 #include "framework/Shell.h"
+#include "framework/Text.h"
 #include "windows/Window2.h"
 
 namespace {

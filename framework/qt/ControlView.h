@@ -4,7 +4,6 @@
 #include <QPoint>
 #include <QRect>
 #include <QWidget>
-#include <memory>
 
 #include "framework/Application.h"
 #include "framework/Control.h"

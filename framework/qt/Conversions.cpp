@@ -1,6 +1,5 @@
 #include "framework/qt/Conversions.h"
 
-#include <QApplication>
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QStringList>

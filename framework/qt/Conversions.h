@@ -6,6 +6,7 @@
 #include <QSize>
 #include <QString>
 
+#include "framework/Color.h"
 #include "framework/Control.h"
 #include "framework/Picture.h"
 

@@ -8,6 +8,8 @@
 #include <QStyledItemDelegate>
 #include <QTimer>
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 #include "framework/qt/Conversions.h"
 
