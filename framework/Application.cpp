@@ -7,6 +7,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <deque>
 #include <exception>
 #include <mutex>
@@ -125,6 +126,20 @@ void MsgBoxFromThread(const String& text, Thread& thread) {
   if (thread.Killed()) thread.Unwind();
 }
 
+/// A toolkit whose display has gone leaves by `exit`, out of whatever it is doing. That is a quit from
+/// outside too, in which threads end and the application is closed; only its windows are past closing.
+void LeaveWithoutDisplay() {
+  Run& run = TheRun();
+  if (!run.application) return;  // the ordinary end
+  run.quiet = true;
+  run.quitting = true;
+  const Baton::Pause pause;
+  Thread::EndAll();
+  const Baton::Turn turn;
+  RunCallback([&] { run.application->Event_Close(); });
+  std::_Exit(EXIT_FAILURE);
+}
+
 struct EditItem {
   const char* name;
   EditCommand command;
@@ -179,6 +194,7 @@ void Application::Start(int& argc, char** argv) {
 void Application::RunFrameworkInitialization(void (*lateStartup)()) {
   const Baton::Turn turn;
   RunCallback([] { TheRun().application->Event_Open(); });
+  [[maybe_unused]] static const int registered = std::atexit(LeaveWithoutDisplay);
   RunCallback(lateStartup);
   RunDeferred();
   UpdateScreen();

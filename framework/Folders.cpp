@@ -42,7 +42,7 @@ std::string Installed(const char* kind, [[maybe_unused]] const char* inBundle) {
 }  // namespace
 
 std::string ToolFolder() {
-  static const std::string folder = Installed("libexec", "Helpers");
+  static const auto& folder = *new std::string(Installed("libexec", "Helpers"));  // threads outlive statics
   return folder;
 }
 

@@ -16,16 +16,10 @@ struct Ending {};  // unwinds a killed thread; no code of the program catches it
 
 thread_local Thread* current = nullptr;
 
-// Both guarded by the baton.
-std::vector<Thread*>& Running() {
-  static std::vector<Thread*> running;
-  return running;
-}
+// Both guarded by the baton, and there until the very end of the process.
+std::vector<Thread*> running;
 // Those whose run has ended and which are leaving: joined before the next run and at the end.
-std::vector<std::thread>& Leaving() {
-  static std::vector<std::thread> leaving;
-  return leaving;
-}
+std::vector<std::thread> leaving;
 
 void Join(std::vector<std::thread> threads) {
   for (std::thread& thread : threads) thread.join();
@@ -41,7 +35,7 @@ Thread* Thread::Current() {
 
 void Thread::Run() {
   if (running_) throw ThreadAlreadyRunningException();
-  Join(std::exchange(Leaving(), {}));
+  Join(std::exchange(leaving, {}));
   Pipe kill = Pipe::Open();
   if (kill.ReadFd() < 0 || kill.WriteFd() < 0) throw RuntimeException();
   thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });  // which waits for the baton
@@ -49,7 +43,7 @@ void Thread::Run() {
   running_ = true;
   killed_ = suspended_ = lookUp_ = false;
   sleep_ = 0;
-  Running().push_back(this);
+  running.push_back(this);
 }
 
 void Thread::Body() {
@@ -62,8 +56,8 @@ void Thread::Body() {
   } catch (const Ending&) {
   }
   if (lookUp_) Baton::Want(-1);
-  std::erase(Running(), this);
-  if (thread_.joinable()) Leaving().push_back(std::move(thread_));
+  std::erase(running, this);
+  if (thread_.joinable()) leaving.push_back(std::move(thread_));
   kill_ = Pipe();
   running_ = false;
 }
@@ -115,7 +109,7 @@ void Thread::Yield() {
 }
 
 void Thread::KillAll() {
-  for (Thread* thread : Running())
+  for (Thread* thread : running)
     if (thread != current) thread->Kill();
 }
 
@@ -123,9 +117,9 @@ void Thread::EndAll() {
   std::vector<std::thread> threads;
   {
     const Baton::Turn turn;
-    threads = std::exchange(Leaving(), {});
+    threads = std::exchange(leaving, {});
     KillAll();
-    for (Thread* thread : Running()) threads.push_back(std::move(thread->thread_));
+    for (Thread* thread : running) threads.push_back(std::move(thread->thread_));
   }
   Join(std::move(threads));
 }

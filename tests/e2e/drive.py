@@ -265,6 +265,16 @@ def quit_with_hung_tool(screen, program, usual):
     assert not os.path.exists(f"/proc/{tool}"), "the tool outlives the program"
 
 
+def quit_as_the_display_goes(screen, program):
+    (program.home / "hang").touch()
+    program.start()
+    until("the main window comes", lambda: screen.window(450, 280))
+    (program.home / "Dravik.prefs").unlink()
+    screen.server.terminate()
+    assert program.status() == 1, "the program ended with another status"
+    program.expect_preferences("yes", "yes", "no")
+
+
 def run():
     missing = [name for name in ("Xvfb", "xdotool") if not shutil.which(name)]
     if missing:
@@ -276,6 +286,7 @@ def run():
         program = Program(*(os.path.abspath(path) for path in sys.argv[1:3]), home)
         try:
             quit_with_hung_tool(screen, program, main_story(screen, program))
+            quit_as_the_display_goes(screen, program)
         except AssertionError:
             print("commands not looked at yet:", program.lines("commands"), "windows:", screen.windows())
             raise
