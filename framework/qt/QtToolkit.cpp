@@ -14,6 +14,8 @@
 #include <QSocketNotifier>
 #include <QWindow>
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 #include "framework/Application.h"
 #include "framework/qt/Accessibility.h"
@@ -34,6 +36,15 @@ void OpenStandardDescriptors() {
   int fd = open("/dev/null", O_RDWR);
   while (fd >= 0 && fd <= STDERR_FILENO) fd = open("/dev/null", O_RDWR);
   if (fd > STDERR_FILENO) close(fd);
+}
+
+/// Qt aborts where it reaches no display, and advises to install the program anew.
+void EndWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  const bool end = type == QtFatalMsg;
+  const QString words =
+      end ? QString("No window can be shown: there is no display, or it cannot be reached.") : text;
+  std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, words)));
+  if (end) std::_Exit(EXIT_FAILURE);
 }
 
 QPlainTextEdit* FocusedText() {
@@ -57,7 +68,10 @@ bool IsAddress(const QString& text) {
 
 std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
   OpenStandardDescriptors();
-  return std::make_unique<QtToolkit>(argc, argv);
+  const QtMessageHandler usual = qInstallMessageHandler(EndWithoutDisplay);
+  auto toolkit = std::make_unique<QtToolkit>(argc, argv);
+  qInstallMessageHandler(usual);
+  return toolkit;
 }
 
 QtToolkit::QtToolkit(int& argc, char** argv)
