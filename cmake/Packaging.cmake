@@ -45,6 +45,8 @@ endif()
 install(FILES ${packaging}/dravik.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${packaging}/example.dravik.dravik.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 foreach(size IN LISTS icon_sizes)
+  configure_file(${packaging}/icons/dravik-${size}.png
+    ${PROJECT_BINARY_DIR}/share/icons/hicolor/${size}x${size}/apps/dravik.png COPYONLY)
   install(FILES ${packaging}/icons/dravik-${size}.png
     DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps
     RENAME dravik.png)

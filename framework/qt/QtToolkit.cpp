@@ -5,6 +5,7 @@
 
 #include <QDeadlineTimer>
 #include <QGridLayout>
+#include <QIcon>
 #include <QImageReader>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -18,6 +19,7 @@
 #include <cstdlib>
 
 #include "framework/Application.h"
+#include "framework/Folders.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 
@@ -45,6 +47,18 @@ void EndWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const 
       end ? QString("No window can be shown: there is no display, or it cannot be reached.") : text;
   std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, words)));
   if (end) std::_Exit(EXIT_FAILURE);
+}
+
+/// The icon that is installed with the program, for window managers that do not look into its desktop entry.
+QIcon InstalledIcon() {
+  QIcon icon;
+  const QString resources = QString::fromLocal8Bit(ResourcesFolder().c_str());
+  if (resources.isEmpty()) return icon;
+  const QString name = QCoreApplication::applicationName();
+  for (const int size : {16, 24, 32, 48, 64})
+    icon.addFile(
+        QString("%1/../icons/hicolor/%2x%2/apps/%3.png").arg(resources, QString::number(size), name));
+  return icon;
 }
 
 QPlainTextEdit* FocusedText() {
@@ -109,7 +123,9 @@ void QtToolkit::EndLater::operator()(WindowView* view) const {
 }
 
 void QtToolkit::RunLoop() {
-  if (!ended_) loop_.exec();
+  if (ended_) return;
+  QGuiApplication::setWindowIcon(InstalledIcon());  // the first picture has not waited for it
+  loop_.exec();
 }
 
 void QtToolkit::EndLoop() {
