@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Writes the program's icons: the logo, drawn anew in each size by resources/make_pictures.py.
 
-    make_icons.py          writes icons/dravik-SIZE.png beside this script
-    make_icons.py --check  says which of them are not what it would write
+    make_icons.py                    writes icons/dravik-SIZE.png beside this script
+    make_icons.py --check [LARGEST]  says which of them, up to that SIZE, are not what it would write
 
 They are kept with the source, so that a build needs no Python and no minute to draw them.
 """
@@ -19,12 +19,13 @@ import make_pictures  # noqa: E402  (found only now)
 
 
 def main(arguments):
-    if arguments not in ([], ["--check"]):
+    if arguments[:1] not in ([], ["--check"]) or not all(word.isdecimal() for word in arguments[1:]):
         print(__doc__, file=sys.stderr)
         return 2
-    icons = FOLDER / "icons"
+    largest = int(arguments[1]) if arguments[1:] else SIZES[-1]
     return make_pictures.write_or_check(
-        ((icons / f"dravik-{size}.png", make_pictures.png(make_pictures.logo_rows(size))) for size in SIZES), arguments
+        ((FOLDER / "icons" / f"dravik-{size}.png", make_pictures.png(make_pictures.logo_rows(size)))
+         for size in SIZES if size <= largest), arguments
     )
 
 
