@@ -1,16 +1,19 @@
 #include "framework/qt/CheckBoxView.h"
 
+#include <QSignalBlocker>
 #include <QStyle>
 #include <QStyleOptionButton>
 
 #include "framework/qt/Conversions.h"
 
 CheckBoxView::CheckBoxView(const Ref<CheckBox>& control, QWidget& parent) : ViewOf(control, parent) {
-  connect(this, &QCheckBox::clicked, this,
+  // Assistive technology ticks the box without a click.
+  connect(this, &QCheckBox::toggled, this,
           [this](bool ticked) { Deliver([ticked](CheckBox& box) { box.UserSet(ticked); }); });
 }
 
 void CheckBoxView::CopyOwn() {
+  const QSignalBlocker blocker(this);
   setText(Literal(control_->Caption));
   QStyleOptionButton option;
   initStyleOption(&option);

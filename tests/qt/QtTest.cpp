@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLabel>
@@ -6,6 +7,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -156,6 +158,12 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     QTest::mouseRelease(List()->viewport(), Qt::LeftButton, {}, QPoint(150, InRow(1).y()));
     EXPECT_EQ(List()->columnWidth(0), 149) << "the edge does not follow the pointer";
     EXPECT_EQ(List()->selectionModel()->selectedRows().front().row(), 0);
+
+    auto* const tabs = Any<QTabBar>();
+    tabs->setCurrentIndex(1);
+    WithText<QCheckBox>("Show the \"unMount\" button")->toggle();  // as assistive technology does
+    tabs->setCurrentIndex(0);
+    EXPECT_FALSE(Button("unMount")) << "the box was ticked and the program does not know";
   });
 }
 
