@@ -31,7 +31,7 @@ class AccessibleLabel final : public QAccessibleWidget {
     return label_.IsLink() ? QAccessible::Link : QAccessible::StaticText;
   }
   QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Name ? label_.text() : QAccessibleWidget::text(kind);
+    return kind == QAccessible::Name ? label_.Whole() : QAccessibleWidget::text(kind);
   }
   QStringList actionNames() const override {
     QStringList names = QAccessibleWidget::actionNames();

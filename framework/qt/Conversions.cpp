@@ -19,10 +19,11 @@ bool IsBreak(char32_t c) {
   return c == '\r' || c == '\n' || c == 0x0B || c == 0x0C || c == 0x85 || c == 0x2028 || c == 0x2029;
 }
 
-/// Control characters, surrogates (bytes that are no text are carried as such) and what is no character.
+/// Control characters, those that turn the direction of all text behind them, surrogates (bytes that are no
+/// text are carried as such) and what is no character.
 bool IsHarmful(char32_t c) {
-  return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0xD800 && c < 0xE000) || (c >= 0xFDD0 && c < 0xFDF0) ||
-         (c & 0xFFFE) == 0xFFFE || c > 0x10FFFF;
+  return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x202A && c < 0x202F) || (c >= 0x2066 && c < 0x206A) ||
+         (c >= 0xD800 && c < 0xE000) || (c >= 0xFDD0 && c < 0xFDF0) || (c & 0xFFFE) == 0xFFFE || c > 0x10FFFF;
 }
 
 QString Shown(const String& text, Breaks breaks, std::size_t limit) {
@@ -41,6 +42,20 @@ QString Shown(const String& text, Breaks breaks, std::size_t limit) {
   }
   if (size < text.Size()) shown += U'…';
   return QString::fromUcs4(shown.data(), static_cast<qsizetype>(shown.size()));
+}
+
+int Widest(const QFont& font, const QString& text) {
+  const QFontMetrics metrics(font);
+  int widest = 0;
+  for (const QString& line : text.split('\n')) widest = std::max(widest, metrics.horizontalAdvance(line));
+  return widest;
+}
+
+bool Fits(const QFont& font, const QString& text, QSize room, Wrapping wrapping) {
+  if (Widest(font, text) <= room.width()) return true;
+  if (wrapping == Wrapping::kNone) return false;
+  const QRect wrapped = QFontMetrics(font).boundingRect({{0, 0}, room}, Qt::TextWordWrap, text);
+  return wrapped.height() <= room.height() && wrapped.width() <= room.width();
 }
 
 }  // namespace
@@ -104,17 +119,20 @@ QFont FontOf(const TextControl& control) {
   return font;
 }
 
-QFont Squeezed(QFont font, const QString& text, QSize room, Wrapping wrapping) {
+QFont Squeezed(const QFont& font, const QString& text, QSize room, Wrapping wrapping) {
   constexpr int kNarrowest = 60;  // per cent
-  const QFontMetrics metrics(font);
-  int widest = 0;
-  for (const QString& line : text.split('\n')) widest = std::max(widest, metrics.horizontalAdvance(line));
-  if (widest <= room.width()) return font;
-  if (wrapping == Wrapping::kWords) {
-    const QRect wrapped = metrics.boundingRect({{0, 0}, room}, Qt::TextWordWrap, text);
-    if (wrapped.height() <= room.height() && wrapped.width() <= room.width()) return font;
+  if (Fits(font, text, room, wrapping)) return font;
+  QFont narrow = font;
+  for (int stretch = 100 * room.width() / Widest(font, text); stretch >= kNarrowest; --stretch) {
+    narrow.setStretch(stretch);
+    if (Widest(narrow, text) <= room.width()) return narrow;
   }
-  const int stretch = 100 * room.width() / widest;
-  if (stretch >= kNarrowest) font.setStretch(stretch);
   return font;
+}
+
+QString Shortened(const QString& text, const QFont& font, QSize room, Wrapping wrapping) {
+  if (Fits(font, text, room, wrapping)) return text;
+  QStringList lines = text.split('\n');
+  for (QString& line : lines) line = QFontMetrics(font).elidedText(line, Qt::ElideMiddle, room.width());
+  return lines.join('\n');
 }

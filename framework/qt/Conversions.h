@@ -39,4 +39,6 @@ enum class Wrapping { kNone, kWords };
 
 /// `font` with narrower letters where the text would not fit into the room. The design's widths were drawn
 /// for one platform's font; others are wider.
-QFont Squeezed(QFont font, const QString& text, QSize room, Wrapping wrapping);
+QFont Squeezed(const QFont& font, const QString& text, QSize room, Wrapping wrapping);
+/// `text` with the middle of its lines left out where they do not fit into the room.
+QString Shortened(const QString& text, const QFont& font, QSize room, Wrapping wrapping);

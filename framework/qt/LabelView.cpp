@@ -53,13 +53,13 @@ LabelView::LabelView(const Ref<Label>& control, QWidget& parent) : ViewOf(contro
 }
 
 void LabelView::CopyOwn() {
-  const bool multiline = control_->Multiline;
-  QString text = Lines(control_->Text);
-  if (!multiline) text = text.section('\n', 0, 0);
+  const Wrapping wrapping = control_->Multiline ? Wrapping::kWords : Wrapping::kNone;
+  whole_ = Lines(control_->Text);
+  if (!control_->Multiline) whole_ = whole_.section('\n', 0, 0);
   setAlignment(AlignmentOf(*control_));
-  setWordWrap(multiline);
-  setFont(Squeezed(FontOf(*control_), text, size(), multiline ? Wrapping::kWords : Wrapping::kNone));
-  setText(text);
+  setWordWrap(control_->Multiline);
+  setFont(Squeezed(FontOf(*control_), whole_, size(), wrapping));
+  setText(Shortened(whole_, font(), size(), wrapping));
   CopyColor();
 
   link_ = control_->MouseDown != nullptr;

@@ -11,6 +11,8 @@ class LabelView final : public ViewOf<Label, QLabel> {
   LabelView(const Ref<Label>& control, QWidget& parent);
 
   bool IsLink() const { return link_; }
+  /// The text, of which the middle may not show.
+  const QString& Whole() const { return whole_; }
   /// As a click in the middle.
   void Press() { Press(rect().center()); }
 
@@ -27,6 +29,7 @@ class LabelView final : public ViewOf<Label, QLabel> {
   void CopyColor();
   void Press(QPoint position);
 
+  QString whole_;
   bool link_ = false;
   bool hears_ = false;  // of the mouse that enters and leaves
 };
