@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QTableView>
 
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/LabelView.h"
@@ -65,4 +66,17 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
 
 void InstallAccessibility() {
   QAccessible::installFactory(MakeInterface);
+}
+
+void SetAccessibleName(QWidget& widget, const QString& name) {
+  if (widget.accessibleName() != name) widget.setAccessibleName(name);
+}
+
+void TellOfRow(QTableView& list, int row, QAccessible::Event what) {
+  if (!QAccessible::isActive()) return;
+  QAccessibleInterface* table = QAccessible::queryAccessibleInterface(&list);
+  QAccessibleInterface* cell = table ? table->tableInterface()->cellAt(row, 0) : nullptr;
+  if (!cell) return;
+  QAccessibleEvent event(cell, what);
+  QAccessible::updateAccessibility(&event);
 }

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "framework/qt/Accessibility.h"
 #include "framework/qt/BevelButtonView.h"
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/CheckBoxView.h"
@@ -61,11 +62,11 @@ void ControlView::Copy(QPoint origin) {
   widget.setEnabled(control.Enabled);
   widget.setToolTip(PlainToolTip(control.HelpTag));
   if (!control.AccessibleName.Get().Empty())
-    widget.setAccessibleName(OneLine(control.AccessibleName));
+    SetAccessibleName(widget, OneLine(control.AccessibleName));
   else if (!control.HelpTag.Get().Empty())
-    widget.setAccessibleName(OneLine(control.HelpTag));
+    SetAccessibleName(widget, OneLine(control.HelpTag));
   else if (!NamesItself())
-    widget.setAccessibleName(InWords(control.Name));
+    SetAccessibleName(widget, InWords(control.Name));
   CopyOwn();
   QWidget& focused = FocusWidget();
   if (!control.TabStop && (focused.focusPolicy() & Qt::TabFocus)) focused.setFocusPolicy(Qt::ClickFocus);

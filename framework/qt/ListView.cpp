@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 
 namespace {
@@ -140,8 +141,22 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
   if (!copying_) QTimer::singleShot(0, this, [this] { ReportSelection(); });
 }
 
+void ListView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                           const QList<int>& roles) {
+  QTableView::dataChanged(topLeft, bottomRight, roles);
+  // What a row's style means is part of its name.
+  for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
+    TellOfRow(*this, row, QAccessible::NameChanged);
+}
+
+void ListView::TellFocus() {
+  if (hasFocus() && SelectedRow() >= 0) TellOfRow(*this, SelectedRow(), QAccessible::Focus);
+}
+
 bool ListView::event(QEvent* event) {
   const bool result = QTableView::event(event);
+  // Qt tells that the list has the focus, and does so after this event.
+  if (event->type() == QEvent::FocusIn) QTimer::singleShot(0, this, [this] { TellFocus(); });
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
   if (event->type() == QEvent::Paint) PaintFocusRing(*this);
   return result;

@@ -27,6 +27,8 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   void keyPressEvent(QKeyEvent* event) override;
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void updateGeometries() override;
+  void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                   const QList<int>& roles) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
  private:
@@ -38,6 +40,9 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   void SelectNone();
   /// Hands the selection to the control when it is another one than the control knows.
   void ReportSelection();
+
+  /// Tells assistive technology of the row in which the focus is.
+  void TellFocus();
 
   /// The column whose right edge a person can take hold of there, -1 for none.
   int EdgeAt(QPoint position) const;

@@ -1,7 +1,6 @@
 #include "framework/qt/WindowView.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
@@ -9,6 +8,7 @@
 #include <algorithm>
 
 #include "framework/Application.h"
+#include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 #include "framework/qt/TabPanelView.h"
 
@@ -61,7 +61,8 @@ void WindowView::CopyTitle() {
   // Qt writes the program's name over a window that has no title. A blank stays a blank.
   const QString title = OneLine(window_->Title);
   setWindowTitle(title.isEmpty() ? QString(' ') : title);
-  if (title.isEmpty()) setAccessibleName(QCoreApplication::applicationName());
+  const QWindow* owner = windowHandle() ? windowHandle()->transientParent() : nullptr;
+  if (title.isEmpty() && owner) SetAccessibleName(*this, owner->title());
 }
 
 void WindowView::CopyColor() {
