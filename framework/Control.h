@@ -42,6 +42,8 @@ class Control : public Viewed {
   Property<String> HelpTag{this};
   /// What assistive technology calls the control; empty where its own text says it.
   Property<String> AccessibleName{this};
+  /// What it says of the control besides.
+  Property<String> AccessibleDescription{this};
 
   void Apply(const Place& place);
 

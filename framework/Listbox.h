@@ -60,6 +60,8 @@ class Listbox : public TextControl {
   Property<String> InitialValue{this};
   /// How assistive technology tells a bold and an italic row; empty to say nothing of it.
   Property<String> BoldRowMeans{this}, ItalicRowMeans{this};
+  /// What assistive technology calls the columns, separated by commas; empty to say nothing of them.
+  Property<String> AccessibleHeadings{this};
 
   /// After the selection has changed.
   std::function<void(Ref<Listbox>)> Change;

@@ -67,6 +67,7 @@ void Window1::_CreateControls0() {
   table->GridLinesHorizontal = 2;
   table->ColumnsResizable = true;
   table->AccessibleName = "Disks and partitions";
+  table->AccessibleHeadings = "Disk/partition name,Size,,Identifier";
   table->BoldRowMeans = "mounted";
   table->ItalicRowMeans = "not mounted";
   table->DoubleClick = Handler(&Window1::ListBox2_DoubleClick);
@@ -120,6 +121,7 @@ void Window1::_CreateControls0() {
 
   const auto hint = Add<Label>("StaticText4", 10,              {"TabPanel1",    2, 3,  62, 140, 358,  20, L | T});
   hint->Text = "Using this function may be slowen then ejecting using the Finder";
+  unMountBox->AccessibleDescription = hint->Text;
 
   scanTheBus1_ = New<scanTheBus>();
   scanTheBus1_->Window = this;

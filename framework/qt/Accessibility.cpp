@@ -6,6 +6,7 @@
 
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/LabelView.h"
+#include "framework/qt/TabPanelView.h"
 #include "framework/qt/WheelView.h"
 #include "framework/qt/WindowView.h"
 
@@ -55,6 +56,7 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
     const bool dialog = window->windowFlags().testFlag(Qt::Dialog);
     return new QAccessibleWidget(window, dialog ? QAccessible::Dialog : QAccessible::Window);
   }
+  if (auto* page = dynamic_cast<TabPage*>(object)) return new QAccessibleWidget(page, QAccessible::Grouping);
   if (auto* wheel = dynamic_cast<WheelView*>(object)) return new AccessibleWheel(*wheel);
   if (auto* canvas = dynamic_cast<CanvasView*>(object))
     return new QAccessibleWidget(canvas, QAccessible::Graphic);

@@ -67,6 +67,8 @@ void ControlView::Copy(QPoint origin) {
     SetAccessibleName(widget, OneLine(control.HelpTag));
   else if (!NamesItself())
     SetAccessibleName(widget, InWords(control.Name));
+  if (const QString more = OneLine(control.AccessibleDescription); more != widget.accessibleDescription())
+    widget.setAccessibleDescription(more);
   CopyOwn();
   QWidget& focused = FocusWidget();
   if (!control.TabStop && (focused.focusPolicy() & Qt::TabFocus)) focused.setFocusPolicy(Qt::ClickFocus);

@@ -21,6 +21,7 @@ void ListModel::Copy(Listbox& list, Scope scope) {
   const Listbox::Changes changes = list.TakeChanges();
   boldMeans_ = OneLine(list.BoldRowMeans);
   italicMeans_ = OneLine(list.ItalicRowMeans);
+  headings_ = OneLine(list.AccessibleHeadings).split(',');
   if (scope == Scope::kAll || changes.RowsRemoved || columns_ != list.ColumnCount)
     CopyAll(list);
   else
@@ -92,6 +93,11 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     default:
       return {};
   }
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  return headings_.value(section);
 }
 
 QString ListModel::AccessibleText(const Cell& cell, int column) const {

@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <QFont>
 #include <QString>
+#include <QStringList>
 #include <array>
 #include <vector>
 
@@ -20,6 +21,8 @@ class ListModel final : public QAbstractTableModel {
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
+  /// What assistive technology reads of the column. Rows have no heading.
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
   struct Cell {
@@ -40,4 +43,5 @@ class ListModel final : public QAbstractTableModel {
   int columns_ = 0;
   std::array<QFont, 4> fonts_;  // plain, bold, italic, both
   QString boldMeans_, italicMeans_;
+  QStringList headings_;
 };

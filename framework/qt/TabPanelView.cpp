@@ -16,7 +16,7 @@ TabPanelView::TabPanelView(const Ref<TabPanel>& control, QWidget& parent)
 
 QWidget& TabPanelView::Page(int panel) {
   while (static_cast<int>(pages_.size()) < panel) {
-    auto* page = new QWidget(this);
+    auto* page = new TabPage(this);
     page->setGeometry(rect());
     page->setAccessibleName(bar_.tabText(static_cast<int>(pages_.size())).replace("&&", "&"));
     page->setVisible(static_cast<int>(pages_.size()) == bar_.currentIndex());

@@ -7,6 +7,12 @@
 #include "framework/TabPanel.h"
 #include "framework/qt/ControlView.h"
 
+/// What the controls of one tab stand on.
+class TabPage final : public QWidget {
+ public:
+  using QWidget::QWidget;
+};
+
 /// Tabs over a pane. Each tab has a page of the size of the whole, so that a control's place on it is its
 /// place in the window less that of the panel, whatever the style's tabs measure.
 class TabPanelView final : public ViewOf<TabPanel, QWidget> {

@@ -127,6 +127,7 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     EXPECT_TRUE(Cell(0, 3, Qt::FontRole).value<QFont>().bold());
     EXPECT_TRUE(Cell(1, 0, Qt::FontRole).value<QFont>().italic());
     EXPECT_EQ(Cell(0, 0, Qt::AccessibleTextRole), "Backup, mounted");
+    EXPECT_EQ(List()->model()->headerData(3, Qt::Horizontal), "Identifier");
     EXPECT_TRUE(Cell(0, 1, Qt::TextAlignmentRole).value<Qt::Alignment>().testFlag(Qt::AlignRight));
 
     const int above = InWindow(Button("Scan")).top() - 226;  // the menu bar
