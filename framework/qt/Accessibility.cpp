@@ -12,6 +12,21 @@
 
 namespace {
 
+/// A window. One that takes no focus tells what goes on, and is read when it comes up.
+class AccessibleWindow final : public QAccessibleWidget {
+ public:
+  explicit AccessibleWindow(WindowView& window) : QAccessibleWidget(&window), window_(window) {}
+
+  QAccessible::Role role() const override {
+    if (!window_.windowFlags().testFlag(Qt::Dialog)) return QAccessible::Window;
+    return window_.testAttribute(Qt::WA_ShowWithoutActivating) ? QAccessible::Notification
+                                                               : QAccessible::Dialog;
+  }
+
+ private:
+  WindowView& window_;
+};
+
 /// Something that turns while work goes on.
 class AccessibleWheel final : public QAccessibleWidget {
  public:
@@ -52,10 +67,7 @@ class AccessibleLabel final : public QAccessibleWidget {
 };
 
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
-  if (auto* window = dynamic_cast<WindowView*>(object)) {
-    const bool dialog = window->windowFlags().testFlag(Qt::Dialog);
-    return new QAccessibleWidget(window, dialog ? QAccessible::Dialog : QAccessible::Window);
-  }
+  if (auto* window = dynamic_cast<WindowView*>(object)) return new AccessibleWindow(*window);
   if (auto* page = dynamic_cast<TabPage*>(object)) return new QAccessibleWidget(page, QAccessible::Grouping);
   if (auto* wheel = dynamic_cast<WheelView*>(object)) return new AccessibleWheel(*wheel);
   if (auto* canvas = dynamic_cast<CanvasView*>(object))

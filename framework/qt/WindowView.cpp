@@ -142,9 +142,12 @@ std::vector<ControlView*> WindowView::InTabOrder() const {
 
 void WindowView::CopyShown() {
   if (window_->Visible && !isVisible()) {
-    // A window with nothing to type into or to press leaves the focus where it is.
+    // A window with nothing to type into or to press leaves the focus where it is, also where the window
+    // manager would give it to every new one.
     QWidget* first = FirstToType();
     setAttribute(Qt::WA_ShowWithoutActivating, !first);
+    create();
+    windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !first);
     if (first && !focusWidget()) first->setFocus();
     show();
   } else if (!window_->Visible && isVisible()) {
