@@ -17,6 +17,12 @@ class ButtonView : public ViewOf<ControlClass, QPushButton> {
   }
 
  protected:
+  void paintEvent(QPaintEvent* event) override {
+    QPushButton::paintEvent(event);
+    // Styles frame the default button as they frame the one with the focus.
+    constexpr int kInside = 3;
+    if (this->isDefault()) PaintFocusRing(*this, kInside);
+  }
   void keyPressEvent(QKeyEvent* event) override {
     // The window knows which button the Return key presses.
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)

@@ -38,11 +38,11 @@ void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight
   painter.fillRect(area.right(), area.top(), 1, area.height(), bottomRight);
 }
 
-void PaintFocusRing(QWidget& widget) {
+void PaintFocusRing(QWidget& widget, int inside) {
   if (!widget.hasFocus()) return;
   QPainter painter(&widget);
   const QColor color = widget.palette().color(QPalette::Highlight);
-  PaintRing(painter, widget.rect(), color, color);
+  PaintRing(painter, widget.rect().adjusted(inside, inside, -inside, -inside), color, color);
 }
 
 ControlView* ControlView::Make(const Ref<Control>& control, QWidget& parent) {

@@ -36,8 +36,9 @@ class ControlView {
 
 /// A line of one pixel inside the edges of `area`, sharp at every scale.
 void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight);
-/// Draws the focus around a widget whose own drawing does not show it. Called after that.
-void PaintFocusRing(QWidget& widget);
+/// Draws the focus into a widget whose own drawing does not show it, so many pixels from its edges. Called
+/// after that.
+void PaintFocusRing(QWidget& widget, int inside = 0);
 
 /// Base of the views: the widget, the control and what ties them.
 template <class ControlClass, class WidgetClass>

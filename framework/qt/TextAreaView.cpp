@@ -14,6 +14,7 @@ TextAreaView::TextAreaView(const Ref<TextArea>& control, QWidget& parent) : View
 void TextAreaView::CopyOwn() {
   const QSignalBlocker blocker(this);
   setReadOnly(control_->ReadOnly);
+  if (control_->ReadOnly) setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setTabChangesFocus(!control_->AcceptTabs);
   setFrameShape(control_->Border ? QFrame::StyledPanel : QFrame::NoFrame);
   setVerticalScrollBarPolicy(control_->ScrollbarVertical ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);

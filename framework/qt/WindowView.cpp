@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QShortcut>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
@@ -31,6 +32,7 @@ WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const
   if (window->MenuBar && !kOneBarForAll) {
     bar_ = new QMenuBar(this);
     menus_ = std::make_unique<MenuView>(*bar_, window->MenuBar, front);
+    OnKey(Qt::Key_F10, [this] { bar_->setActiveAction(bar_->actions().value(0)); });
   } else if (owner && owner->menus_) {
     addActions(owner->menus_->Actions());
   }
@@ -105,8 +107,16 @@ void WindowView::CopyControls() {
 ControlView* WindowView::MakeView(const Ref<Control>& control) {
   const bool onPage = tabs_ && control->TabPanelIndex > 0;
   ControlView* view = ControlView::Make(control, onPage ? tabs_->Page(control->TabPanelIndex) : content_);
-  if (auto* tabs = dynamic_cast<TabPanelView*>(view)) tabs_ = tabs;
+  if (auto* tabs = dynamic_cast<TabPanelView*>(view)) {
+    tabs_ = tabs;
+    OnKey(Qt::CTRL | Qt::Key_PageDown, [tabs] { tabs->Step(+1); });
+    OnKey(Qt::CTRL | Qt::Key_PageUp, [tabs] { tabs->Step(-1); });
+  }
   return view;
+}
+
+void WindowView::OnKey(QKeySequence key, std::function<void()> action) {
+  connect(new QShortcut(key, this), &QShortcut::activated, this, std::move(action));
 }
 
 QPoint WindowView::OriginOf(const Control& control) const {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QKeySequence>
 #include <QRect>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -44,6 +46,8 @@ class WindowView final : public QWidget {
   void CopyControls();
   void CopyShown();
   ControlView* MakeView(const Ref<Control>& control);
+  /// A key of the whole window.
+  void OnKey(QKeySequence key, std::function<void()> action);
   void Arrange();
   std::vector<ControlView*> InTabOrder() const;
 
