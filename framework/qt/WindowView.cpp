@@ -115,7 +115,7 @@ ControlView* WindowView::MakeView(const Ref<Control>& control) {
   return view;
 }
 
-void WindowView::OnKey(QKeySequence key, std::function<void()> action) {
+void WindowView::OnKey(const QKeySequence& key, std::function<void()> action) {
   connect(new QShortcut(key, this), &QShortcut::activated, this, std::move(action));
 }
 

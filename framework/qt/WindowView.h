@@ -47,7 +47,7 @@ class WindowView final : public QWidget {
   void CopyShown();
   ControlView* MakeView(const Ref<Control>& control);
   /// A key of the whole window.
-  void OnKey(QKeySequence key, std::function<void()> action);
+  void OnKey(const QKeySequence& key, std::function<void()> action);
   void Arrange();
   std::vector<ControlView*> InTabOrder() const;
 
