@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 #include "framework/Baton.h"
@@ -38,11 +40,13 @@ struct Run {
   void (*callbackRoutine)(const Callback&) = _CallFunctionWithExceptionHandling;
   int handlers = 0;               // that run on the main thread, one in the other's message box
   std::deque<Callback> deferred;  // events that came in the middle of a handler; main thread only
+  std::thread::id mainThread;
   Area screen;
   bool stale = false;
   std::atomic<bool> quitting = false;
   std::atomic<bool> endLoop = false;  // what is asked of the toolkit at its next wake
   std::atomic<bool> quiet = false;
+  std::atomic<bool> displayGone = false;
   std::atomic<int> exitStatus = 0;
   std::mutex requestsMutex;
   std::deque<std::shared_ptr<MessageRequest>> requests;
@@ -126,8 +130,8 @@ void MsgBoxFromThread(const String& text, Thread& thread) {
   if (thread.Killed()) thread.Unwind();
 }
 
-/// A toolkit whose display has gone leaves by `exit`, out of whatever it is doing. That is a quit from
-/// outside too, in which threads end and the application is closed; only its windows are past closing.
+/// A quit from outside, out of whatever the main thread is doing: threads end and the application is closed;
+/// only its windows are past closing. Also run by `exit`, with which a toolkit may end the process.
 void LeaveWithoutDisplay() {
   Run& run = TheRun();
   if (!run.application) return;  // the ordinary end
@@ -187,6 +191,7 @@ void Application::Register(const Ref<Application>& application) {
 void Application::Start(int& argc, char** argv) {
   // A command that ends early must not end us with it.
   std::signal(SIGPIPE, SIG_IGN);
+  TheRun().mainThread = std::this_thread::get_id();
   TheRun().toolkit = Toolkit::Make(argc, argv);
   TheRun().screen = TheRun().toolkit->ScreenArea();
 }
@@ -206,6 +211,7 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
 void Application::RunEventLoop() {
   Run& run = TheRun();
   if (!run.quitting) run.toolkit->RunLoop();
+  if (run.displayGone) LeaveWithoutDisplay();
   run.quitting = true;
   Thread::EndAll();
 
@@ -338,6 +344,18 @@ void Application::QuitFromOutside() {
   TheRun().quiet = true;
   TheRun().quitting = true;
   EndLoopSoon();  // and the end of a message that has come up since the program quits
+}
+
+void Application::DisplayHasGone() {
+  constexpr auto kTimeToLeave = std::chrono::seconds(2);
+  Run& run = TheRun();
+  if (std::this_thread::get_id() == run.mainThread) {
+    LeaveWithoutDisplay();
+  } else if (run.toolkit) {
+    run.displayGone = true;
+    QuitFromOutside();
+    std::this_thread::sleep_for(kTimeToLeave);  // in which the main thread ends the process
+  }
 }
 
 bool Application::Quitting() {

@@ -73,6 +73,9 @@ class Application : public Object {
   /// The session or a signal asks for the end: a quit that shows no message, as nobody may be there. Any
   /// thread, with or without the baton.
   static void QuitFromOutside();
+  /// The display has gone, and the toolkit is about to end the process on the thread that calls this, which
+  /// may be one of its own. Threads end and the application is closed; in general it does not return.
+  static void DisplayHasGone();
   static bool Quitting();
   static ::Toolkit* Toolkit();
 

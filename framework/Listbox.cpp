@@ -80,7 +80,7 @@ Listbox::Changes Listbox::TakeChanges() {
 }
 
 const Listbox::CellData& Listbox::At(int row, int column) const {
-  static const CellData outside;
+  static const auto& outside = *new CellData;  // threads outlive statics
   if (row < 0 || row >= ListCount()) return outside;
   const Row& cells = RowData(row);
   if (column < 0 || column >= static_cast<int>(cells.size())) return outside;

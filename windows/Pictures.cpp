@@ -29,11 +29,11 @@ class KeptPicture {
 }  // namespace
 
 PictureRef logo64x64() {
-  static KeptPicture kept("logo64x64.pct");
+  static auto& kept = *new KeptPicture("logo64x64.pct");  // threads outlive statics
   return kept.Get();
 }
 
 PictureRef paypal() {
-  static KeptPicture kept("paypal.gif");
+  static auto& kept = *new KeptPicture("paypal.gif");
   return kept.Get();
 }

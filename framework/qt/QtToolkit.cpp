@@ -40,13 +40,17 @@ void OpenStandardDescriptors() {
   if (fd > STDERR_FILENO) close(fd);
 }
 
-/// Qt aborts where it reaches no display, and advises to install the program anew.
-void EndWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-  const bool end = type == QtFatalMsg;
-  const QString words =
-      end ? QString("No window can be shown: there is no display, or it cannot be reached.") : text;
-  std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, words)));
-  if (end) std::_Exit(EXIT_FAILURE);
+QtMessageHandler usualHandler = nullptr;
+
+/// Qt aborts where it reaches no display, and advises to install the program anew. Where a Wayland display
+/// goes away it says so and ends the process at once, on whatever thread: the words are the only sign.
+void HearOfDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if (type == QtFatalMsg && text.contains("platform plugin")) {
+    std::fputs("No window can be shown: there is no display, or it cannot be reached.\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+  }
+  usualHandler(type, context, text);
+  if (text.startsWith("The Wayland connection")) Application::DisplayHasGone();
 }
 
 /// The icon that is installed with the program, for window managers that do not look into its desktop entry.
@@ -82,10 +86,8 @@ bool IsAddress(const QString& text) {
 
 std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
   OpenStandardDescriptors();
-  const QtMessageHandler usual = qInstallMessageHandler(EndWithoutDisplay);
-  auto toolkit = std::make_unique<QtToolkit>(argc, argv);
-  qInstallMessageHandler(usual);
-  return toolkit;
+  usualHandler = qInstallMessageHandler(HearOfDisplay);
+  return std::make_unique<QtToolkit>(argc, argv);
 }
 
 QtToolkit::QtToolkit(int& argc, char** argv)

@@ -268,11 +268,13 @@ def quit_with_hung_tool(screen, program, usual):
 def quit_as_the_display_goes(screen, program):
     (program.home / "hang").touch()
     program.start()
+    tool, = until("the tool hangs", lambda: program.lines("hanging"))
     until("the main window comes", lambda: screen.window(450, 280))
     (program.home / "Dravik.prefs").unlink()
     screen.server.terminate()
     assert program.status() == 1, "the program ended with another status"
     program.expect_preferences("yes", "yes", "no")
+    assert not os.path.exists(f"/proc/{tool}"), "the tool outlives the program"
 
 
 def run():
