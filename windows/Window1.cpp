@@ -67,7 +67,6 @@ void Window1::_CreateControls0() {
   table->GridLinesHorizontal = 2;
   table->ColumnsResizable = true;
   table->AccessibleName = "Disks and partitions";
-  table->AccessibleHeadings = "Disk/partition name,Size,,Identifier";
   table->BoldRowMeans = "mounted";
   table->ItalicRowMeans = "not mounted";
   table->DoubleClick = Handler(&Window1::ListBox2_DoubleClick);
@@ -104,6 +103,7 @@ void Window1::_CreateControls0() {
   sizeHeading->Text = "Size";
   sizeHeading->Bold = true, sizeHeading->Italic = true;
   sizeHeading->TextAlign = 2;
+  table->AccessibleHeadings = nameHeading->Text + "," + sizeHeading->Text + ",," + identifierHeading->Text;
 
   const auto unMount = Add<PushButton>("unMountBtn", 12,       {"TabPanel1",    1, 4, 244, 226,  80,  20, L | B});
   unMount->Caption = "unMount";

@@ -23,12 +23,6 @@ ControlView* MakeIf(const Ref<Control>& control, QWidget& parent) {
   return cast ? new View(cast, parent) : nullptr;
 }
 
-/// Tool tips take what looks like markup for markup.
-QString PlainToolTip(const String& text) {
-  const QString plain = Lines(text);
-  return Qt::mightBeRichText(plain) ? Qt::convertFromPlainText(plain) : plain;
-}
-
 }  // namespace
 
 void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight) {
@@ -60,7 +54,7 @@ void ControlView::Copy(QPoint origin) {
   QWidget& widget = Widget();
   widget.setGeometry(control.Left - origin.x(), control.Top - origin.y(), control.Width, control.Height);
   widget.setEnabled(control.Enabled);
-  widget.setToolTip(PlainToolTip(control.HelpTag));
+  widget.setToolTip(ToolTip(Lines(control.HelpTag)));
   if (!control.AccessibleName.Get().Empty())
     SetAccessibleName(widget, OneLine(control.AccessibleName));
   else if (!control.HelpTag.Get().Empty())

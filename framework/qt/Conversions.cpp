@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QStringList>
+#include <QTextDocument>
 #include <algorithm>
 
 namespace {
@@ -74,6 +75,10 @@ QString LongText(const String& text) {
 
 String FromQString(const QString& text) {
   return String(text.toStdString());
+}
+
+QString ToolTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }
 
 QString Literal(const String& caption) {

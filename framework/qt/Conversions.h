@@ -20,6 +20,8 @@ QString Lines(const String& text);
 /// The same for a text of any reasonable length.
 QString LongText(const String& text);
 String FromQString(const QString& text);
+/// The tool tip that shows the text as it stands. Qt takes what looks like markup for markup there.
+QString ToolTip(const QString& text);
 
 /// A caption in which an ampersand is just that.
 QString Literal(const String& caption);

@@ -60,6 +60,7 @@ void LabelView::CopyOwn() {
   setWordWrap(control_->Multiline);
   setFont(Squeezed(FontOf(*control_), whole_, size(), wrapping));
   setText(Shortened(whole_, font(), size(), wrapping));
+  if (text() != whole_) setToolTip(ToolTip(whole_));
   CopyColor();
 
   link_ = control_->MouseDown != nullptr;
