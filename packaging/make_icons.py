@@ -25,7 +25,7 @@ def main(arguments):
     largest = int(arguments[1]) if arguments[1:] else SIZES[-1]
     return make_pictures.write_or_check(
         ((FOLDER / "icons" / f"dravik-{size}.png", make_pictures.png(make_pictures.logo_rows(size)))
-         for size in SIZES if size <= largest), arguments
+         for size in SIZES if size <= largest), bool(arguments)
     )
 
 

@@ -392,11 +392,11 @@ def unpacked(data):
     return zlib.decompress(data[41:-16]) if data.startswith(b"\x89PNG") else data
 
 
-def write_or_check(pictures, arguments):
-    """Writes each file of (path, contents); with --check says which are not as they would be written."""
+def write_or_check(pictures, check):
+    """Writes each file of (path, contents), or says which are not as they would be written."""
     status = 0
     for path, data in pictures:
-        if "--check" not in arguments:
+        if not check:
             path.write_bytes(data)
         elif not path.exists() or unpacked(path.read_bytes()) != unpacked(data):
             print(f"{path.name} is not what {pathlib.Path(sys.argv[0]).name} draws", file=sys.stderr)
@@ -412,7 +412,7 @@ def main(arguments):
         print(__doc__, file=sys.stderr)
         return 2
     pictures = {"logo64x64.pct": pict(logo_rows(64)), "paypal.gif": gif(button_rows())}
-    return write_or_check([(FOLDER / name, data) for name, data in pictures.items()], arguments)
+    return write_or_check([(FOLDER / name, data) for name, data in pictures.items()], bool(arguments))
 
 
 if __name__ == "__main__":

@@ -109,6 +109,8 @@ ControlView* WindowView::MakeView(const Ref<Control>& control) {
   ControlView* view = ControlView::Make(control, onPage ? tabs_->Page(control->TabPanelIndex) : content_);
   if (auto* tabs = dynamic_cast<TabPanelView*>(view)) {
     tabs_ = tabs;
+    // A list with the focus keeps these keys from keyPressEvent, where Ctrl+Tab and its like come; and of
+    // those a shortcut would not know the one with Shift.
     OnKey(Qt::CTRL | Qt::Key_PageDown, [tabs] { tabs->Step(+1); });
     OnKey(Qt::CTRL | Qt::Key_PageUp, [tabs] { tabs->Step(-1); });
   }
