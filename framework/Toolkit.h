@@ -8,7 +8,7 @@
 #include "framework/String.h"
 #include "framework/Window.h"
 
-/// What can be done with the text control that has the focus.
+/// What can be done with the text control that has the focus or had it last.
 enum class EditCommand { kUndo, kCut, kCopy, kPaste, kClear };
 
 /// The place of something on the screen, in pixels.
@@ -61,7 +61,8 @@ class Toolkit {
   /// Reads a picture file of a format the framework does not read by itself; nil when it cannot be read.
   virtual PictureRef ReadPicture(const std::string& path) = 0;
 
-  /// Whether the text control that has the focus can do this now, and the doing of it.
+  /// Whether the text control that has the focus, or had it last and still shows, can do this now, and the
+  /// doing of it.
   virtual bool CanEdit(EditCommand command) = 0;
   virtual void Edit(EditCommand command) = 0;
 };

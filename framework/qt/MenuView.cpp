@@ -15,6 +15,13 @@ QKeySequence ToKeySequence(const std::optional<String>& shortcut) {
                                   QKeySequence::PortableText);
 }
 
+/// A text control that has the focus hears these itself; elsewhere nobody means a text by them.
+bool BelongsToTexts(const QKeySequence& shortcut) {
+  for (const auto key : {QKeySequence::Undo, QKeySequence::Cut, QKeySequence::Copy, QKeySequence::Paste})
+    if (QKeySequence::keyBindings(key).contains(shortcut)) return true;
+  return false;
+}
+
 QAction::MenuRole RoleOf(const Ref<MenuItem>& item) {
   if (Cast<AppleMenuItem>(item)) return QAction::AboutRole;
   if (Cast<QuitMenuItem>(item)) return QAction::QuitRole;
@@ -54,7 +61,8 @@ void MenuView::AddItem(QMenu& menu, const Ref<MenuItem>& item) {
   QAction* action = menu.addAction(QString());
   action->setMenuRole(RoleOf(item));
   action->setShortcut(ToKeySequence(item->KeyboardShortcut));
-  action->setShortcutContext(Qt::ApplicationShortcut);
+  action->setShortcutContext(BelongsToTexts(action->shortcut()) ? Qt::WidgetShortcut
+                                                                : Qt::ApplicationShortcut);
   QObject::connect(action, &QAction::triggered, action,
                    [item, front = front_] { Application::Choose(item, front()); });
   entries_.push_back({item, action});

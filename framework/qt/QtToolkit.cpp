@@ -65,10 +65,6 @@ QIcon InstalledIcon() {
   return icon;
 }
 
-QPlainTextEdit* FocusedText() {
-  return dynamic_cast<QPlainTextEdit*>(QApplication::focusWidget());
-}
-
 void CentreOn(QWidget& box, const QWidget& window) {
   const QRect area = window.geometry();
   box.adjustSize();
@@ -102,6 +98,9 @@ QtToolkit::QtToolkit(int& argc, char** argv)
                    [] { Application::QuitFromOutside(); });
   QObject::connect(&program_, &QGuiApplication::focusWindowChanged, &program_, [this] {
     if (auto* view = dynamic_cast<WindowView*>(QApplication::activeWindow())) lastActive_ = view;
+  });
+  QObject::connect(&program_, &QApplication::focusChanged, &program_, [this](QWidget*, QWidget* now) {
+    if (auto* text = qobject_cast<QPlainTextEdit*>(now)) lastText_ = text;
   });
   wakeTimer_.setSingleShot(true);
   wakeTimer_.setTimerType(Qt::PreciseTimer);
@@ -267,8 +266,13 @@ PictureRef QtToolkit::ReadPicture(const std::string& path) {
   return std::make_shared<Picture>(std::move(picture));
 }
 
+/// A person who reaches for the menu takes the focus from the text.
+QPlainTextEdit* QtToolkit::EditedText() const {
+  return lastText_ && lastText_->isVisible() ? lastText_ : nullptr;
+}
+
 bool QtToolkit::CanEdit(EditCommand command) {
-  const QPlainTextEdit* text = FocusedText();
+  const QPlainTextEdit* text = EditedText();
   if (!text) return false;
   if (command == EditCommand::kCopy) return text->textCursor().hasSelection();
   if (text->isReadOnly()) return false;
@@ -284,7 +288,7 @@ bool QtToolkit::CanEdit(EditCommand command) {
 
 void QtToolkit::Edit(EditCommand command) {
   if (!CanEdit(command)) return;
-  QPlainTextEdit* text = FocusedText();
+  QPlainTextEdit* text = EditedText();
   switch (command) {
     case EditCommand::kUndo:
       return text->undo();

@@ -14,6 +14,7 @@
 #include "framework/qt/WindowView.h"
 
 class QMessageBox;
+class QPlainTextEdit;
 
 /// Shows the framework's windows with Qt Widgets.
 class QtToolkit final : public Toolkit {
@@ -54,6 +55,8 @@ class QtToolkit final : public Toolkit {
   WindowView* Find(const Window* window) const;
   WindowView* Front() const;
   void CopyApplicationBar(const Ref<MenuBar>& bar);
+  /// The text that has the focus, or had it last and still shows; nullptr for none.
+  QPlainTextEdit* EditedText() const;
 
   Program program_;
   SignalWatch signals_;
@@ -66,6 +69,7 @@ class QtToolkit final : public Toolkit {
 
   std::vector<View> views_;  // in the order in which the windows were opened
   QPointer<WindowView> lastActive_;
+  QPointer<QPlainTextEdit> lastText_;  // that had the focus
   const MenuView::Front frontWindow_;
   std::unique_ptr<QMenuBar> applicationBar_;  // where there is one for all windows
   std::unique_ptr<MenuView> applicationMenus_;

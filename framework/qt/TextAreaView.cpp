@@ -1,8 +1,11 @@
 #include "framework/qt/TextAreaView.h"
 
+#include <QKeyEvent>
+#include <QMimeData>
 #include <QSignalBlocker>
 
 #include "framework/qt/Conversions.h"
+#include "framework/qt/MenuView.h"
 
 TextAreaView::TextAreaView(const Ref<TextArea>& control, QWidget& parent) : ViewOf(control, parent) {
   connect(this, &QPlainTextEdit::textChanged, this, [this] {
@@ -38,4 +41,18 @@ bool TextAreaView::event(QEvent* event) {
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
   if (event->type() == QEvent::Paint) PaintFocusRing(*this);
   return result;
+}
+
+/// Alt with a letter is for menus, and no letter even where there are none. On the Mac it makes letters.
+void TextAreaView::keyPressEvent(QKeyEvent* event) {
+  const Qt::KeyboardModifiers held = event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+  if (!kOneBarForAll && held == Qt::AltModifier && !event->text().isEmpty())
+    event->ignore();
+  else
+    QPlainTextEdit::keyPressEvent(event);
+}
+
+/// Qt 6.4 crashes on a clipboard that holds nothing.
+void TextAreaView::insertFromMimeData(const QMimeData* source) {
+  if (source && source->hasText()) QPlainTextEdit::insertFromMimeData(source);
 }

@@ -12,6 +12,8 @@ class TextAreaView final : public ViewOf<TextArea, QPlainTextEdit> {
  protected:
   void CopyOwn() override;
   bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void insertFromMimeData(const QMimeData* source) override;
 
  private:
   void CopyText();

@@ -32,11 +32,30 @@ WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const
   if (window->MenuBar && !kOneBarForAll) {
     bar_ = new QMenuBar(this);
     menus_ = std::make_unique<MenuView>(*bar_, window->MenuBar, front);
-    OnKey(Qt::Key_F10, [this] { bar_->setActiveAction(bar_->actions().value(0)); });
+    OnKey(Qt::Key_F10, [this] { EnterMenus(); });
   } else if (owner && owner->menus_) {
-    addActions(owner->menus_->Actions());
+    BorrowMenus(*owner);
   }
   Copy();
+}
+
+void WindowView::EnterMenus() {
+  for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyRelease}) {
+    QKeyEvent alt(type, Qt::Key_Alt, Qt::AltModifier);
+    QCoreApplication::sendEvent(this, &alt);
+  }
+  bar_->setActiveAction(bar_->actions().value(0));
+}
+
+void WindowView::BorrowMenus(const WindowView& owner) {
+  addActions(owner.menus_->Actions());
+  if (isModal()) return;
+  const QList<QAction*> menus = owner.bar_->actions();
+  for (QAction* menu : menus) {
+    const auto open = [bar = owner.bar_, menu] { bar->setActiveAction(menu); };
+    OnKey(QKeySequence::mnemonic(menu->text()), open);
+    if (menu == menus.front()) OnKey(Qt::Key_F10, open);
+  }
 }
 
 void WindowView::SetFlags(const WindowView* owner) {

@@ -46,6 +46,10 @@ class WindowView final : public QWidget {
   void CopyControls();
   void CopyShown();
   ControlView* MakeView(const Ref<Control>& control);
+  /// Has the keyboard in the menu bar, as a tap on Alt would, with the first menu open.
+  void EnterMenus();
+  /// Has the keys of the owner's menus work here too.
+  void BorrowMenus(const WindowView& owner);
   /// A key of the whole window.
   void OnKey(const QKeySequence& key, std::function<void()> action);
   void Arrange();

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLabel>
@@ -15,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "app/MenuBar1.h"
 #include "framework/Application.h"
 #include "framework/Toolkit.h"
 #include "tests/headless/ProgramFixture.h"
@@ -207,10 +209,22 @@ TEST_F(Screen, ShowsTheReportAsPlainTextThatCanBeEdited) {
     QTest::keyClicks(report, "ab");
     EXPECT_EQ(Read([] { return Window3()->infoFld()->Text.Get().Utf8().substr(0, 5); }), "ab   ");
     EXPECT_EQ(report->textCursor().position(), 2);
-    Application::Toolkit()->Edit(EditCommand::kUndo);
+    report->selectAll();
+    QTest::keyClick(report, 'e', Qt::AltModifier);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_TRUE(menu) << "the menus of the main window do not open";
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Return}) QTest::keyClick(menu, key);
+    EXPECT_EQ(report->toPlainText(), "");
+    List()->window()->activateWindow();  // as somebody does who reaches for the menu there
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !report->hasFocus(); }));
+    for (int edits = 2; edits > 0; --edits) Choose("EditUndo");
     EXPECT_EQ(report->toPlainText().left(5).toStdString(), "   Mo");
+    QGuiApplication::clipboard()->clear();
+    report->paste();
     Click(Button("OK"));
     EXPECT_FALSE(Any<QPlainTextEdit>());
+    Choose("EditUndo");
+    EXPECT_FALSE(Read([] { return MenuBar1()->_Lookup("EditUndo")->Enabled.Get(); }));
   });
 }
 
