@@ -17,6 +17,7 @@
 namespace {
 
 constexpr int kGrip = 3;          // pixels to both sides of an edge where it can be taken hold of
+constexpr int kSlip = 3;          // pixels that the mouse may move in a click
 constexpr int kNarrowest = 16;    // pixels a column keeps
 constexpr int kLeading = 4;       // pixels between the lines of text
 constexpr int kLeastHeight = 18;  // of a row
@@ -72,6 +73,9 @@ void ListView::CopyOwn() {
   rowsBehind_ = !control_->Visible;
   CopyColumns();
   CopySelection();
+  // Left to the painting of the frame, as Qt leaves it, the layout comes too late for the rows to be painted
+  // too.
+  executeDelayedItemsLayout();
   copying_ = false;
 }
 
@@ -84,7 +88,8 @@ void ListView::CopyLook() {
     verticalHeader()->setDefaultSectionSize(control_->DefaultRowHeight > 0 ? control_->DefaultRowHeight.Get()
                                                                            : automatic);
   }
-  setFrameShape(control_->Border ? QFrame::StyledPanel : QFrame::NoFrame);
+  const QFrame::Shape frame = control_->Border ? QFrame::StyledPanel : QFrame::NoFrame;
+  if (frame != frameShape()) setFrameShape(frame);  // which has all of the list painted
   horizontalHeader()->setVisible(control_->HasHeading);
   setVerticalScrollBarPolicy(!control_->ScrollBarVertical   ? Qt::ScrollBarAlwaysOff
                              : control_->AutoHideScrollbars ? Qt::ScrollBarAsNeeded
@@ -208,19 +213,24 @@ int ListView::EdgeAt(QPoint position) const {
 }
 
 void ListView::DragEdge(int x) {
-  const int width = x + dragOffset_ - columnViewportPosition(draggedColumn_);
-  setColumnWidth(draggedColumn_, std::max(width, kNarrowest));
+  dragging_ |= std::abs(x - pressedAt_.x()) > kSlip;
+  if (!dragging_) return;
+  setColumnWidth(heldColumn_, std::max(heldWidth_ + x - pressedAt_.x(), kNarrowest));
   FillWidth();
 }
 
 void ListView::mousePressEvent(QMouseEvent* event) {
-  const QPoint position = event->position().toPoint();
-  draggedColumn_ = event->button() == Qt::LeftButton ? EdgeAt(position) : -1;
-  if (draggedColumn_ >= 0) {
-    dragOffset_ = columnViewportPosition(draggedColumn_) + columnWidth(draggedColumn_) - position.x();
-    return;
-  }
-  if (indexAt(position).isValid())
+  pressedAt_ = event->position().toPoint();
+  dragging_ = false;
+  heldColumn_ = event->button() == Qt::LeftButton ? EdgeAt(pressedAt_) : -1;
+  if (heldColumn_ < 0)
+    PressRow(event);
+  else
+    heldWidth_ = columnWidth(heldColumn_);
+}
+
+void ListView::PressRow(QMouseEvent* event) {
+  if (indexAt(event->position().toPoint()).isValid())
     QTableView::mousePressEvent(event);
   else
     SelectNone();
@@ -229,10 +239,7 @@ void ListView::mousePressEvent(QMouseEvent* event) {
 
 void ListView::mouseMoveEvent(QMouseEvent* event) {
   const QPoint position = event->position().toPoint();
-  if (draggedColumn_ >= 0) {
-    DragEdge(position.x());
-    return;
-  }
+  if (heldColumn_ >= 0) return DragEdge(position.x());
   if (event->buttons() == Qt::NoButton && EdgeAt(position) >= 0)
     viewport()->setCursor(Qt::SplitHCursor);
   else
@@ -242,16 +249,20 @@ void ListView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ListView::mouseReleaseEvent(QMouseEvent* event) {
-  if (std::exchange(draggedColumn_, -1) >= 0) return;
+  if (std::exchange(heldColumn_, -1) >= 0) {
+    if (dragging_) return;
+    QMouseEvent press(QEvent::MouseButtonPress, pressedAt_, event->globalPosition(), Qt::LeftButton,
+                      Qt::LeftButton, event->modifiers());
+    PressRow(&press);
+  }
   QTableView::mouseReleaseEvent(event);
   ReportSelection();
 }
 
 void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
-  const QPoint position = event->position().toPoint();
-  if (event->button() != Qt::LeftButton || EdgeAt(position) >= 0) return;
+  if (event->button() != Qt::LeftButton) return;
   // The first click may have been on another row.
-  if (indexAt(position).row() != SelectedRow()) mousePressEvent(event);
+  if (indexAt(event->position().toPoint()).row() != SelectedRow()) PressRow(event);
   ReportSelection();
   Deliver([](Listbox& list) { list.UserDoubleClick(); });
 }

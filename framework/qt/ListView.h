@@ -9,7 +9,7 @@
 
 /// A list: whole rows are selected, one at a time; a click below the rows selects none. Columns keep their
 /// widths and are cut off at the right edge; nothing scrolls sideways. Without a heading a person drags the
-/// edges of the columns in the rows themselves.
+/// edges of the columns in the rows themselves; a press there that does not move is a click on the row.
 class ListView final : public ViewOf<Listbox, QTableView> {
  public:
   ListView(const Ref<Listbox>& control, QWidget& parent);
@@ -47,6 +47,7 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   /// The column whose right edge a person can take hold of there, -1 for none.
   int EdgeAt(QPoint position) const;
   void DragEdge(int x);
+  void PressRow(QMouseEvent* event);
   /// The last column reaches at least to the right edge.
   void FillWidth();
 
@@ -61,6 +62,8 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   int reportedRow_ = -1;
   std::uint64_t generation_ = 0;  // of the rows that are copied
 
-  int draggedColumn_ = -1;
-  int dragOffset_ = 0;  // from the pointer to the column's right edge
+  QPoint pressedAt_;
+  int heldColumn_ = -1;  // by its right edge
+  int heldWidth_ = 0;    // of that column as it was
+  bool dragging_ = false;
 };

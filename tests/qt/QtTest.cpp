@@ -144,7 +144,8 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     EXPECT_EQ(List()->columnWidth(3), 110);
     EXPECT_EQ(List()->horizontalScrollBar()->maximum(), 0);
 
-    Click(List()->viewport(), InRow(1));
+    const auto onEdge = [](int row) { return QPoint(200, InRow(row).y()); };
+    Click(List()->viewport(), onEdge(1));
     EXPECT_TRUE(IsEnabled("infoBtn") && Button("Mount")->isEnabled());
     Click(List()->viewport(), {60, 120});
     EXPECT_FALSE(IsEnabled("infoBtn") || Button("Mount")->isEnabled());
@@ -153,10 +154,10 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     QTest::keyClick(List(), Qt::Key_End);
     QTest::keyClick(List(), Qt::Key_Return);
     EXPECT_EQ(Calls().back(), "mount|disk7s3");
-    QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, InRow(0));
+    QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, onEdge(0));
     EXPECT_EQ(Calls().back(), "mount|disk7s2");
 
-    QTest::mousePress(List()->viewport(), Qt::LeftButton, {}, QPoint(200, InRow(1).y()));
+    QTest::mousePress(List()->viewport(), Qt::LeftButton, {}, onEdge(1));
     QTest::mouseMove(List()->viewport(), QPoint(150, InRow(1).y()));
     QTest::mouseRelease(List()->viewport(), Qt::LeftButton, {}, QPoint(150, InRow(1).y()));
     EXPECT_EQ(List()->columnWidth(0), 149) << "the edge does not follow the pointer";
