@@ -91,6 +91,15 @@ void UpdateScreen() {
   run.toolkit->Update(run.windows, run.application ? run.application->MenuBar : nullptr);
 }
 
+/// At the end of an event: hands over what has changed, and runs what has come in meanwhile, for a new
+/// window's first picture is waited for there.
+void EndEvent() {
+  do {
+    RunDeferred();
+    UpdateScreen();
+  } while (!TheRun().deferred.empty() && !TheRun().quitting);
+}
+
 void ShowRequestedMessages() {
   Run& run = TheRun();
   for (;;) {
@@ -242,8 +251,7 @@ void Application::Deliver(std::function<void()> event) {
   }
   const Baton::Turn turn;
   RunCallback(event);
-  RunDeferred();
-  UpdateScreen();
+  EndEvent();
   WakeForMessages();
 }
 
@@ -259,7 +267,10 @@ void Application::RunPending() {
   const bool inHandler = Baton::HeldHere();
   {
     const Baton::Turn turn;
-    UpdateScreen();
+    if (inHandler || run.handlers > 0)
+      UpdateScreen();
+    else
+      EndEvent();
   }
   if (!inHandler) ShowRequestedMessages();
 }

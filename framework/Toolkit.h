@@ -36,8 +36,9 @@ class Toolkit {
   /// Has `Application::RunPending` called on the main thread soon. Any thread; calls are merged.
   virtual void Wake() = 0;
 
-  /// Copies what has changed to the screen: shows windows that are new to it, drops those that are no longer
-  /// among `open`. Called with the baton; later painting works on the copies.
+  /// Copies what has changed to the screen: shows windows that are new to it, and when their pictures are
+  /// there drops those that are no longer among `open`. Called with the baton; later painting works on the
+  /// copies.
   virtual void Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>& bar) = 0;
 
   /// Returns when the window's picture is on the screen, or after a bounded wait. No user event is delivered

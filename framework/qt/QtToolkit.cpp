@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <utility>
 
 #include "framework/Application.h"
 #include "framework/Folders.h"
@@ -157,17 +159,32 @@ void QtToolkit::RunWoken() {
 
 void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>& bar) {
   CopyApplicationBar(bar);
-  std::erase_if(views_, [&](const View& view) {
-    return std::find(open.begin(), open.end(), view->Shown()) == open.end();
-  });
+  const std::vector<View> going = TakeAllBut(open);
+  std::vector<Ref<Window>> coming;
   for (const auto& window : open) {
     if (WindowView* view = Find(window.Get())) {
       view->Copy();
     } else if (window->Visible) {
       const WindowView* owner = views_.empty() ? nullptr : views_.front().get();
       views_.emplace_back(new WindowView(window, owner, frontWindow_));
+      coming.push_back(window);
     }
   }
+  // A window goes last: whoever looks at it sees what takes its place before.
+  if (going.empty()) return;
+  for (const auto& window : coming) Present(*window);
+}
+
+/// Takes out the views of windows that are no longer open. They stay on the screen as long as they are held.
+std::vector<QtToolkit::View> QtToolkit::TakeAllBut(const std::vector<Ref<Window>>& open) {
+  std::vector<View> taken;
+  const auto isOpen = [&](const View& view) {
+    return std::find(open.begin(), open.end(), view->Shown()) != open.end();
+  };
+  const auto first = std::stable_partition(views_.begin(), views_.end(), isOpen);
+  std::move(first, views_.end(), std::back_inserter(taken));
+  views_.erase(first, views_.end());
+  return taken;
 }
 
 void QtToolkit::CopyApplicationBar(const Ref<MenuBar>& bar) {
