@@ -2,24 +2,24 @@
 """Drives Dravik from outside: the built program in a real window on a virtual display of its own, by mouse and
 keyboard, over the sample disks. There is no window manager, so windows stand where the program puts them.
 
-    drive.py PROGRAM TOOL       TOOL is the diskutil of the sample disks
+    drive.py PROGRAM TOOL               TOOL is the diskutil of the sample disks
+    drive.py --pictures PROGRAM TOOL    looks at the pictures alone, over many lists, tools, scales and both palettes
 
 What the program does is seen in the commands its tool gets, in the addresses its opener gets, in the windows that
-are there, in the pixels of its table and buttons, in its preferences file and in how it ends.
+are there, in the pixels of its table and buttons, in its preferences file and in how it ends. After each step every
+window is painted anew, and must look as it did.
 """
 
-import ctypes
+import itertools
 import os
 import pathlib
 import shutil
-import struct
 import subprocess
 import sys
 import tempfile
 import time
-from typing import NamedTuple
 
-PATIENCE = 30  # seconds in which anything must happen
+from screen import PATIENCE, Screen, until
 
 # Places in the content of a window, and parts of it as left, top, width and height; in pixels.
 SCAN, INFO, UNMOUNT, MOUNT = (77, 236), (169, 236), (284, 236), (376, 236)
@@ -41,92 +41,22 @@ TOOL = """#!/bin/sh
 [ ! -e "$HOME/hang" ] || { echo $$ >"$HOME/hanging" && exec sleep 600; }
 exec "$SAMPLE_TOOL" "$@"
 """
+# A tool of another speed, for lists of any length. Every other volume is mounted, and the first cannot be.
+LISTS_TOOL = """#!/bin/sh
+[ "$DELAY" = 0 ] || sleep "$DELAY"
+case $*:$1 in
+"mount disk0s0"*) exit 1 ;;
+*:list) cat "$HOME/list" ;;
+*[13579]:info) printf '   %-26s%s\\n' Mounted: Yes "Volume Name:" "$2" ;;
+*) printf '   %-26s%s\\n' Mounted: No "Volume Name:" "$2" ;;
+esac
+"""
+# A desktop's settings with dark colours.
+DARK = "".join(f"[Colors:{part}]\nBackgroundNormal={back}\nForegroundNormal=230,230,230\n" for part, back in (
+    ("Window", "40,44,48"), ("View", "27,30,32"), ("Button", "49,54,59"), ("Selection", "30,90,140")))
 OPENER = """#!/bin/sh
 printf '%s\\n' "$@" >>"$HOME/opened"
 """
-
-
-def until(what, look):
-    """Looks until there is something to see, and returns that."""
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        seen = look()
-        if seen:
-            return seen
-        time.sleep(0.02)
-    raise AssertionError(f"waited in vain until {what}")
-
-
-class Window(NamedTuple):
-    """A window's number, and the place of its content on the screen."""
-    id: int
-    left: int
-    top: int
-    width: int
-    height: int
-
-
-class Screen:
-    """The virtual display, and a hand on its mouse and keyboard."""
-
-    def __init__(self, folder):
-        self.frame = folder / "Xvfb_screen0"
-        reading, writing = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1024x768x24", "-noreset",
-                                        "-nolisten", "tcp", "-fbdir", folder],
-                                       pass_fds=[writing], stderr=subprocess.DEVNULL)
-        os.close(writing)
-        with os.fdopen(reading) as told:
-            number = told.readline().strip()
-        assert number, "Xvfb does not start"
-        os.environ["DISPLAY"] = f":{number}"
-
-    def xdotool(self, *words):
-        return subprocess.run(["xdotool", *map(str, words)], capture_output=True, text=True, timeout=PATIENCE).stdout
-
-    def windows(self):
-        windows = []
-        for number in self.xdotool("search", "--onlyvisible", "--class", "dravik").split():
-            values = dict(line.split("=") for line in self.xdotool("getwindowgeometry", "--shell", number).split())
-            if "HEIGHT" in values:  # it may have gone meanwhile
-                windows.append(Window(int(number), *(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))))
-        return windows
-
-    def window(self, width, height):
-        """The one whose content, below a menu bar if there is one, has this size."""
-        for found in self.windows():
-            bar = found.height - height
-            if found.width == width and 0 <= bar < 40:
-                return Window(found.id, found.left, found.top + bar, width, height)
-        return None
-
-    def others(self, *known):
-        return [found for found in self.windows() if found.id not in [window.id for window in known]]
-
-    def click(self, window, place):
-        self.xdotool("mousemove", window.left + place[0], window.top + place[1], "click", 1)
-
-    def press(self, window, *keys):
-        self.xdotool("windowfocus", "--sync", window.id, "key", *keys)
-
-    def close_button(self, window):
-        """Asks the program to close a window, as a button in its frame would."""
-        xlib = ctypes.CDLL("libX11.so.6")
-        xlib.XOpenDisplay.restype = ctypes.c_void_p
-        display = ctypes.c_void_p(xlib.XOpenDisplay(None))
-        protocols, delete = (xlib.XInternAtom(display, name, False) for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW"))
-        message = struct.pack("@iLiPLLi5l", 33, 0, 1, 0, window.id, protocols, 32, delete, 0, 0, 0, 0)
-        xlib.XSendEvent(display, ctypes.c_ulong(window.id), False, ctypes.c_long(0), message.ljust(192, b"\0"))
-        xlib.XCloseDisplay(display)
-
-    def picture(self, window, part):
-        """How green each pixel of that part of a window is."""
-        frame = self.frame.read_bytes()
-        header = struct.unpack(">25I", frame[:100])
-        pixels, line = header[0] + 12 * header[19], header[12]  # colours of 12 bytes stand in between
-        left, top, width, height = window.left + part[0], window.top + part[1], part[2], part[3]
-        start = pixels + top * line + left * 4 + 1
-        return b"".join(frame[start + y * line:start + y * line + width * 4:4] for y in range(height))
 
 
 class Program:
@@ -134,7 +64,7 @@ class Program:
 
     def __init__(self, program, tool, home):
         self.program, self.home, self.process = program, home, None
-        for name, text in (("diskutil", TOOL), ("xdg-open", OPENER)):
+        for name, text in (("diskutil", TOOL), ("xdg-open", OPENER), ("lists", LISTS_TOOL)):
             path = home / "bin" / name
             path.parent.mkdir(exist_ok=True)
             path.write_text(text)
@@ -144,8 +74,24 @@ class Program:
                           DRAVIK_DEMO_STATE=str(home / "state"))
         os.environ.pop("WAYLAND_DISPLAY", None)
 
-    def start(self):
-        self.process = subprocess.Popen([self.program], cwd=self.home)
+    def start(self, **environment):
+        self.process = subprocess.Popen([self.program], cwd=self.home, env={**os.environ, **environment})
+
+    def settle(self):
+        """Returns when the program has long been asleep, with no command under way but one that hangs."""
+        self.asleep = 0
+
+        def settled():
+            tasks = list(pathlib.Path(f"/proc/{self.process.pid}/task").iterdir())
+            try:
+                states = {(task / "stat").read_text().rpartition(")")[2].split()[0] for task in tasks}
+                busy = not (self.home / "hang").exists() and any((task / "children").read_text() for task in tasks)
+            except FileNotFoundError:  # a thread has ended
+                busy = True
+            self.asleep = 0 if busy or states != {"S"} else self.asleep + 1
+            return self.asleep == 10
+
+        until("nothing moves", settled)
 
     def status(self):
         return self.process.wait(PATIENCE)
@@ -174,10 +120,11 @@ def table_after_scan(screen, program, main):
     pictures = []
 
     def settled():
-        pictures.append(screen.picture(main, TABLE))
+        pictures.append(screen.greens(main, TABLE))
         return len(pictures) > 20 and len(set(pictures[-20:])) == 1
 
     until("the table stays the same", settled)
+    screen.expect_whole()
     return pictures[-1]
 
 
@@ -185,23 +132,29 @@ def mount_and_unmount(screen, program, main):
     at_first = table_after_scan(screen, program, main)
     screen.click(main, FIRST_ROW)
     screen.press(main, "Down", "Down")
+    screen.expect_whole()
     screen.click(main, MOUNT)
     program.expect_commands("mount|disk1s3")
+    screen.expect_whole()
     screen.click(main, SCAN)
     mounted = table_after_scan(screen, program, main)
     assert sum(mounted) < sum(at_first), "the row of the mounted volume has not become bold"
 
-    assert len(set(screen.picture(main, UNMOUNT_BUTTON))) == 1, "the unMount button is there unasked"
+    assert len(set(screen.greens(main, UNMOUNT_BUTTON))) == 1, "the unMount button is there unasked"
     screen.click(main, SETTINGS_TAB)
+    screen.expect_whole()
     screen.click(main, SHOW_UNMOUNT_BOX)
+    screen.expect_whole()
     screen.click(main, DISKS_TAB)
-    until("the unMount button is there", lambda: len(set(screen.picture(main, UNMOUNT_BUTTON))) > 1)
+    screen.expect_whole()
+    until("the unMount button is there", lambda: len(set(screen.greens(main, UNMOUNT_BUTTON))) > 1)
 
     screen.click(main, FIRST_ROW)
     screen.press(main, "Down", "Down")
     screen.click(main, UNMOUNT)
     program.expect_commands("unMount|disk1s3")
     until("the feedback window goes", lambda: not screen.others(main))
+    screen.expect_whole()
     screen.click(main, SCAN)
     assert table_after_scan(screen, program, main) == at_first, "the table is not what it was before the mount"
 
@@ -212,15 +165,21 @@ def message_and_report(screen, program, main):
     program.expect_commands("unMount|disk0s2")
     feedback = until("the feedback window comes", lambda: screen.window(397, 102))
     message, = until("a message comes", lambda: screen.others(main, feedback))
+    screen.expect_whole()
     screen.press(message, "Return")
     until("the message and the feedback window go", lambda: not screen.others(main))
 
+    screen.came_and_went()
     screen.click(main, INFO)
     program.expect_commands("info|disk0s2")
     report = until("the report comes", lambda: screen.window(720, 493))
     until("the feedback window goes", lambda: not screen.others(main, report))
+    feedback, *order = screen.came_and_went()
+    assert order[:2] == [report.id, -feedback], f"the feedback window does not go last: {feedback}, {order}"
+    screen.expect_whole()
     screen.press(report, "Return")
     until("the report goes", lambda: not screen.others(main))
+    screen.expect_whole()
 
 
 def links(screen, program, main):
@@ -231,7 +190,9 @@ def links(screen, program, main):
         screen.press(main, "Right")
         until("the Edit menu opens", lambda: screen.others(main, *file_menu))
         screen.press(main, "Up", "Return")  # the last item
-        screen.click(until("the About window comes", lambda: screen.window(380, 355)), link)
+        about = until("the About window comes", lambda: screen.window(380, 355))
+        screen.expect_whole()
+        screen.click(about, link)
         until("the About window goes", lambda: not screen.others(main))
         until(f"{address} is opened", lambda: program.lines("opened")[-1:] == [address])
 
@@ -256,6 +217,7 @@ def quit_with_hung_tool(screen, program, usual):
     main = until("the main window comes", lambda: screen.window(450, 280))
     tool, = until("the tool hangs", lambda: program.lines("hanging"))
     until("the feedback window comes", lambda: screen.window(397, 102))
+    screen.expect_whole()
     began = time.monotonic()
     screen.close_button(main)
     assert program.status() == 0, "the program ended with a status"
@@ -277,6 +239,65 @@ def quit_as_the_display_goes(screen, program):
     assert not os.path.exists(f"/proc/{tool}"), "the tool outlives the program"
 
 
+def look_around(screen, program, rows, delay, dark):
+    """A walk through the windows over a list of so many rows. Counts the pictures, and returns the bad ones."""
+    seen, bad = 0, []
+
+    def look(step):
+        nonlocal seen
+        seen += 1
+        try:
+            screen.expect_whole()
+        except AssertionError as error:
+            bad.append(f"{rows} rows, {delay} s, scale {screen.scale}, {'dark' if dark else 'light'}, {step}: {error}")
+
+    def click(what, place, *keys):
+        screen.click(main, place)
+        if keys:
+            screen.press(main, *keys)
+        look(what)
+        for message in screen.others(main):
+            screen.press(message, "Return")
+            look(f"after {what}")
+
+    (program.home / "list").write_text("".join(
+        f"   {row + 2}:                  Apple_HFS {f'Volume {row}':21} {row}.5 GB   disk{row}s{row}\n" for row in range(rows)))
+    (program.home / "Dravik.prefs").write_text("#\n1.3\n#\nyes\n#\nyes\n#\nyes\n")
+    program.start(SAMPLE_TOOL="lists", DELAY=str(delay), QT_SCALE_FACTOR=str(screen.scale),
+                  **({"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"} if dark else {}))
+    main = until("the main window comes", lambda: screen.window(450, 280))
+    look("scan at the start")
+    click("select", FIRST_ROW)
+    click("scan with a row selected", SCAN)
+    click("select the last row", FIRST_ROW, "End")
+    click("mount that fails", FIRST_ROW)
+    click("mount that fails", MOUNT)
+    click("select", FIRST_ROW, "Down", "Down")
+    click("mount", MOUNT)
+    click("select again", FIRST_ROW, "Down", "Down")
+    click("unmount", UNMOUNT)
+    click("report", INFO)
+    click("other tab", SETTINGS_TAB)
+    click("first tab", DISKS_TAB)
+    for height in (500, 280):
+        screen.xdotool("windowsize", main.id, main.width, main.top - screen.windows()[0].top + int(height * screen.scale))
+        look(f"height of {height}")
+    screen.press(main, "ctrl+q")
+    assert program.status() == 0, "the program ended with a status"
+    return seen, bad
+
+
+def look_at_pictures(screen, program, scales, palettes, counts, delays):
+    (program.home / "kdeglobals").write_text(DARK)
+    seen, bad = 0, []
+    for screen.scale, dark, rows, delay in itertools.product(scales, palettes, counts, delays):
+        more, worse = look_around(screen, program, rows, delay, dark)
+        seen, bad = seen + more, bad + worse
+        print(f"scale {screen.scale}, {'dark' if dark else 'light'}, {rows} rows, {delay} s a command: "
+              f"{more - len(worse)} of {more} pictures are whole", *worse, sep="\n  ", flush=True)
+    assert not bad, f"{len(bad)} of {seen} pictures are not whole"
+
+
 def run():
     missing = [name for name in ("Xvfb", "xdotool") if not shutil.which(name)]
     if missing:
@@ -285,9 +306,15 @@ def run():
     with tempfile.TemporaryDirectory() as folder:
         home = pathlib.Path(folder)
         screen = Screen(home)
-        program = Program(*(os.path.abspath(path) for path in sys.argv[1:3]), home)
+        program = Program(*(os.path.abspath(path) for path in sys.argv[-2:]), home)
+        screen.settle = program.settle
         try:
-            quit_with_hung_tool(screen, program, main_story(screen, program))
+            if sys.argv[1] == "--pictures":
+                look_at_pictures(screen, program, (1, 1.5, 2), (False, True), (0, 1, 2, 4, 7, 8, 30), (0, 0.004, 0.02, 0.06))
+                return 0
+            usual = main_story(screen, program)
+            look_at_pictures(screen, program, (1,), (False,), (4,), (0.004,))
+            quit_with_hung_tool(screen, program, usual)
             quit_as_the_display_goes(screen, program)
         except AssertionError:
             print("commands not looked at yet:", program.lines("commands"), "windows:", screen.windows())
