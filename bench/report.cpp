@@ -166,6 +166,21 @@ void ClicksInAHang(Table& table) {
   table.Worst("click while the tool hangs, slowest of 100", 10, "ms", worst);
 }
 
+void LargeReports(Table& table) {
+  SetRows(1);
+  Figures slowest;
+  for (int i = 0; i < 5; ++i) {
+    Figures shapes;
+    for (const char* shape : {"lines", "line", "zeros", "breaks", "bytes"}) {
+      setenv("BENCH_REPORT", shape, 1);
+      shapes.push_back(NumberFrom({Program("../bin/dravik"), "report"}));
+    }
+    slowest.push_back(SpreadOf(shapes).maximum);
+  }
+  unsetenv("BENCH_REPORT");
+  table.Worst("report of 10 MB on the screen, slowest of five shapes", 1, "s", slowest);
+}
+
 void LinuxTool(Table& table) {
   constexpr const char* kName = "Linux diskutil list / lsblk -J";
   const Words list = {folder.parent_path() / "libexec/dravik/diskutil", "list"};
@@ -181,9 +196,10 @@ struct Part {
   void (*measure)(Table&);
 };
 
-constexpr std::array kParts{Part{"text", SplitAndFilter},  Part{"linear", Linearity}, Part{"scan", Scan},
-                            Part{"rows", CostOfRows},      Part{"start", Start},      Part{"memory", Memory},
-                            Part{"clicks", ClicksInAHang}, Part{"tool", LinuxTool}};
+constexpr std::array kParts{
+    Part{"text", SplitAndFilter},  Part{"linear", Linearity},    Part{"scan", Scan},
+    Part{"rows", CostOfRows},      Part{"start", Start},         Part{"memory", Memory},
+    Part{"clicks", ClicksInAHang}, Part{"report", LargeReports}, Part{"tool", LinuxTool}};
 
 }  // namespace
 

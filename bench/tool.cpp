@@ -2,11 +2,14 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <random>
+#include <string>
+#include <string_view>
 
 #include "bench/ListText.h"
 
 // A diskutil that answers at once. BENCH_ROWS is the number of volumes it lists; it hangs when it is asked
-// for the volume that BENCH_HANGS names.
+// for the volume that BENCH_HANGS names, and BENCH_REPORT names the shape of a report of 10 MB.
 
 namespace {
 
@@ -28,6 +31,22 @@ void Print(const char* text, std::size_t size) {
   }
 }
 
+std::string LargeReport(std::string_view shape) {
+  constexpr std::size_t kBytes = 10'000'000;
+  if (shape == "line") return std::string(kBytes, 'x');
+  if (shape == "zeros") return std::string(kBytes, '\0');
+  if (shape == "breaks") return std::string(kBytes, '\n');
+  std::string report;
+  report.reserve(kBytes + 1000);
+  std::minstd_rand random;
+  while (report.size() < kBytes)
+    if (shape == "bytes")
+      report += static_cast<char>(random() >> 8);
+    else
+      report += kReport;
+  return report;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -40,6 +59,8 @@ int main(int argc, char** argv) {
   if (argc != 3 || std::strcmp(argv[1], "info") != 0) return 1;
   const char* hangs = std::getenv("BENCH_HANGS");
   if (hangs && std::strcmp(argv[2], hangs) == 0) pause();
-  Print(kReport, std::strlen(kReport));
+  const char* shape = std::getenv("BENCH_REPORT");
+  const std::string report = shape ? LargeReport(shape) : kReport;
+  Print(report.data(), report.size());
   return 0;
 }

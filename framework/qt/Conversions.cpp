@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::size_t kLineLimit = 1000;  // characters
 constexpr std::size_t kLinesLimit = 4000;
-constexpr std::size_t kLongLimit = 1'000'000;
 
 constexpr char32_t kReplacement = 0xFFFD;
 
@@ -67,10 +66,6 @@ QString OneLine(const String& text) {
 
 QString Lines(const String& text) {
   return Shown(text, Breaks::kKept, kLinesLimit);
-}
-
-QString LongText(const String& text) {
-  return Shown(text, Breaks::kKept, kLongLimit);
 }
 
 String FromQString(const QString& text) {

@@ -17,8 +17,6 @@
 QString OneLine(const String& text);
 /// Text of several lines: CR, LF and CR LF all break a line.
 QString Lines(const String& text);
-/// The same for a text of any reasonable length.
-QString LongText(const String& text);
 String FromQString(const QString& text);
 /// The tool tip that shows the text as it stands. Qt takes what looks like markup for markup there.
 QString ToolTip(const QString& text);

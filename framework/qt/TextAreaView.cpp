@@ -1,15 +1,25 @@
 #include "framework/qt/TextAreaView.h"
 
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QSignalBlocker>
+#include <QTextBlock>
+#include <algorithm>
 
 #include "framework/qt/Conversions.h"
 #include "framework/qt/MenuView.h"
 
+namespace {
+
+constexpr const char* kPlainText = "text/plain";
+
+}  // namespace
+
 TextAreaView::TextAreaView(const Ref<TextArea>& control, QWidget& parent) : ViewOf(control, parent) {
+  connect(document(), &QTextDocument::contentsChange, this, &TextAreaView::OnChange);
   connect(this, &QPlainTextEdit::textChanged, this, [this] {
-    text_ = FromQString(toPlainText());
+    text_ = ShownText::Bytes(document()->toRawText(), 0, seams_.Get());
     Deliver([text = text_](TextArea& area) { area.UserEdit(text); });
   });
 }
@@ -23,17 +33,62 @@ void TextAreaView::CopyOwn() {
   setVerticalScrollBarPolicy(control_->ScrollbarVertical ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
   setLineWrapMode(control_->ScrollbarHorizontal ? NoWrap : WidgetWidth);
   if (const QFont font = FontOf(*control_); font != this->font()) setFont(font);
+  CopyColors();
+  CopyText();
+}
+
+void TextAreaView::CopyColors() {
   QPalette own;
   own.setColor(QPalette::Text, ToQColor(control_->TextColor));
   own.setColor(QPalette::Base, ToQColor(control_->BackColor));
   setPalette(own);
-  CopyText();
 }
 
 void TextAreaView::CopyText() {
   if (text_.Identical(control_->Text)) return;
   text_ = control_->Text;
-  setPlainText(LongText(text_));
+  ShownText shown(text_);
+  setPlainText(shown.Characters());
+  seams_.Set(shown.TakeSeams());
+  EstimateLines();
+}
+
+/// Qt takes a paragraph for one line until it has laid it out, which it does as it comes into view. The
+/// scroll bar would grow by each of them.
+void TextAreaView::EstimateLines() {
+  const int columns = std::max(1, viewport()->width() / std::max(1, QFontMetrics(font()).averageCharWidth()));
+  for (QTextBlock block = document()->firstBlock(); block.isValid(); block = block.next())
+    if (block.layout()->lineCount() == 0)
+      block.setLineCount(1 + static_cast<int>(block.text().count(QChar::LineSeparator)) +
+                         block.length() / columns);
+}
+
+void TextAreaView::OnChange(int from, int removed, int added) {
+  const int steps = document()->availableUndoSteps();
+  if (steps < undoSteps_)
+    seams_.Undo(from, removed, added);
+  else
+    seams_.Edit(from, removed, added, pasted_);
+  undoSteps_ = steps;
+}
+
+QMimeData* TextAreaView::createMimeDataFromSelection() const {
+  const QTextCursor cursor = textCursor();
+  auto* data = new QMimeData;
+  data->setData(kPlainText, QByteArray::fromStdString(ShownText::Bytes(
+                                cursor.selectedText(), cursor.selectionStart(), seams_.Get())));
+  return data;
+}
+
+/// Qt 6.4 asks for a paste from a clipboard that holds nothing.
+void TextAreaView::insertFromMimeData(const QMimeData* data) {
+  if (isReadOnly() || !data || !data->hasText()) return;
+  const QByteArray bytes = data->data(kPlainText);
+  ShownText shown(bytes.isEmpty() ? FromQString(data->text()) : String(bytes.toStdString()));
+  pasted_ = shown.TakeSeams();
+  textCursor().insertText(shown.Characters());
+  pasted_.clear();
+  ensureCursorVisible();
 }
 
 bool TextAreaView::event(QEvent* event) {
@@ -52,7 +107,7 @@ void TextAreaView::keyPressEvent(QKeyEvent* event) {
     QPlainTextEdit::keyPressEvent(event);
 }
 
-/// Qt 6.4 crashes on a clipboard that holds nothing.
-void TextAreaView::insertFromMimeData(const QMimeData* source) {
-  if (source && source->hasText()) QPlainTextEdit::insertFromMimeData(source);
+void TextAreaView::resizeEvent(QResizeEvent* event) {
+  QPlainTextEdit::resizeEvent(event);
+  EstimateLines();
 }

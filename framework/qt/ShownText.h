@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "framework/String.h"
+
+/// A text of any shape in the form in which Qt's text widgets show it at once, and the way back to its bytes.
+///
+/// Qt lays out a paragraph as a whole, and keeps some hundred bytes for each. So a long line is cut into many
+/// paragraphs, and in a long text a paragraph takes many short lines. A character that could do harm, and a
+/// byte that is no text, is a surrogate without its other half: Qt shows it as U+FFFD, and no text has it.
+class ShownText {
+ public:
+  /// A break on the screen that is no line feed in the text.
+  struct Seam {
+    int at;  // place among the shown characters
+    char32_t standsFor;
+  };
+  using Seams = std::vector<Seam>;  // in the order of their places
+
+  explicit ShownText(const String& text);
+
+  const QString& Characters() const { return characters_; }
+  Seams TakeSeams() { return std::move(seams_); }
+
+  /// The bytes of what is shown as `characters` from place `start` on.
+  static std::string Bytes(QStringView characters, int start, const Seams& seams);
+
+ private:
+  template <class Text>
+  void Build(Text text);
+
+  QString characters_;
+  Seams seams_;
+};
+
+/// The seams of a text that is being edited.
+class EditedSeams {
+ public:
+  void Set(ShownText::Seams seams);
+  const ShownText::Seams& Get() const { return seams_; }
+
+  /// The user has put `added` characters, with such seams counted from the first of them, in the place of
+  /// others.
+  void Edit(int from, int removed, int added, const ShownText::Seams& news);
+  /// The last edits have been undone.
+  void Undo(int from, int removed, int added);
+
+ private:
+  struct Piece {
+    int from, size;
+    ShownText::Seams seams;
+  };
+  Piece Cut(int from, int size);
+  void Paste(const Piece& piece);
+
+  ShownText::Seams seams_;
+  std::vector<Piece> cuts_;  // that can be undone, the last one last
+};
