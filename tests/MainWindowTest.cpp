@@ -118,10 +118,11 @@ INSTANTIATE_TEST_SUITE_P(ByScanAndFeedback, AtStart,
                                          std::pair{true, true}));
 
 TEST_P(AtStart, ScansAndShowsTheFeedbackWindowWhenAsked) {
-  const auto [scan, feedback] = GetParam();
+  const bool scan = GetParam().first;
+  const bool feedback = GetParam().second;
   WritePrefs(scan, feedback, false);
   Write("info.held", "");
-  RunProgram([&, scan = scan, feedback = feedback] {
+  RunProgram([&] {
     EXPECT_TRUE(!scan || WaitForTool());
     EXPECT_EQ(IsOpen("Window2"), scan && feedback);
     if (IsOpen("Window2")) {
