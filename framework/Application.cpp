@@ -1,5 +1,6 @@
 #include "framework/Application.h"
 
+#include <cxxabi.h>
 #include <poll.h>
 
 #include <algorithm>
@@ -13,6 +14,7 @@
 #include <exception>
 #include <mutex>
 #include <thread>
+#include <typeinfo>
 #include <utility>
 
 #include "framework/Baton.h"
@@ -209,7 +211,12 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
   const Baton::Turn turn;
   RunCallback([] { TheRun().application->Event_Open(); });
   [[maybe_unused]] static const int registered = std::atexit(LeaveWithoutDisplay);
-  RunCallback(lateStartup);
+  bool started = false;
+  RunCallback([&] {
+    lateStartup();
+    started = true;
+  });
+  if (!started) Quit(EXIT_FAILURE);  // without its window nobody could ever end the program
   RunDeferred();
   UpdateScreen();
   // With the baton still here: the picture of a window comes before the work of a thread that it has started.
@@ -402,11 +409,30 @@ void ShowURL(const String& address) {
   TheRun().toolkit->OpenAddress(address);
 }
 
+namespace {
+
+std::string ClassName(const std::exception& exception) {
+  const char* const mangled = typeid(exception).name();
+  int failed = 0;
+  const std::unique_ptr<char, decltype(&std::free)> name(
+      abi::__cxa_demangle(mangled, nullptr, nullptr, &failed), std::free);
+  return name ? name.get() : mangled;
+}
+
+void TellOfException(const std::string& name) {
+  MsgBox("An exception of the class " + String(name) + " was not handled.");
+}
+
+}  // namespace
+
 void _CallFunctionWithExceptionHandling(const std::function<void()>& callback) {
   try {
     callback();
-  } catch (const std::exception& exception) {
-    MsgBox(String("An exception of the class ") + exception.what() + " was not handled.");
+  } catch (const RuntimeException& exception) {
+    TellOfException(exception.what());
+  } catch (const std::exception& exception) {  // of a library, which says what happened and not what it is
+    std::fprintf(stderr, "%s\n", exception.what());
+    TellOfException(ClassName(exception));
   }
 }
 

@@ -32,7 +32,8 @@ class Application : public Object {
 
   /// Starts the framework. Nothing of it works before.
   static void Start(int& argc, char** argv);
-  /// Fires the application's open event, then calls `lateStartup`.
+  /// Fires the application's open event, then calls `lateStartup`. An exception there ends the program, after
+  /// its message.
   static void RunFrameworkInitialization(void (*lateStartup)());
   /// Delivers events until a quit. Then ends all threads, closes all windows and fires the application's
   /// close event.

@@ -5,10 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <span>
 
 #include "framework/Application.h"
@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t kLargestPicture = 64u << 20;  // bytes of a picture file
+constexpr std::size_t kLargestPicture = 64u << 20;  // bytes of a picture file
 
 /// Opens a regular file, or nothing: a folder, pipe or device could hold the program up for ever.
 Descriptor OpenRegular(const std::string& path, int flags) {
@@ -28,6 +28,22 @@ Descriptor OpenRegular(const std::string& path, int flags) {
   struct stat status {};
   if (!file || fstat(file.Fd(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
   return file;
+}
+
+/// All bytes of a file that is not larger than that; none when one of them cannot be read.
+std::string Bytes(const std::string& path, std::size_t largest) {
+  constexpr std::size_t kReadSize = 64 * 1024;
+  const Descriptor file = OpenRegular(path, O_RDONLY);
+  std::string bytes;
+  while (file && bytes.size() <= largest) {
+    const std::size_t before = bytes.size();
+    bytes.resize(before + kReadSize);
+    const ssize_t got = read(file.Fd(), bytes.data() + before, kReadSize);
+    if (got < 0 && errno != EINTR) return {};
+    bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    if (got == 0) return bytes;
+  }
+  return {};
 }
 
 std::string Environment(const char* name) {
@@ -38,7 +54,13 @@ std::string Environment(const char* name) {
 std::string HomeFolder() {
   if (std::string home = Environment("HOME"); !home.empty()) return home;
   const passwd* const user = getpwuid(getuid());
-  return user ? user->pw_dir : "";
+  return user && user->pw_dir ? user->pw_dir : "";
+}
+
+/// The folder of that name in the user's home folder; empty where no home can be told.
+std::string InHome(const char* name) {
+  const std::string home = HomeFolder();
+  return home.starts_with('/') ? home + name : "";
 }
 
 }  // namespace
@@ -57,28 +79,30 @@ Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
 }
 
 Ref<TextOutputStream> FolderItem::CreateTextFile() const {
-  Descriptor file = OpenRegular(path_, O_WRONLY | O_CREAT);
+  Descriptor file = OpenRegular(path_, O_RDWR | O_CREAT);
+  if (!file) file = OpenRegular(path_, O_WRONLY);
   return file ? Ref<TextOutputStream>(new TextOutputStream(std::move(file))) : nullptr;
 }
 
 PictureRef FolderItem::OpenAsPicture() const {
+  if (fs::path(path_).extension() == ".pct") {
+    const std::string bytes = Bytes(path_, kLargestPicture);
+    auto picture = ReadPict(std::as_bytes(std::span(bytes)));
+    return picture ? std::make_shared<const Picture>(std::move(*picture)) : nullptr;
+  }
   std::error_code failed;
   if (!fs::is_regular_file(path_, failed) || fs::file_size(path_, failed) > kLargestPicture) return nullptr;
-  if (fs::path(path_).extension() != ".pct") return Application::Toolkit()->ReadPicture(path_);
-  std::ifstream file(path_, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-  auto picture = ReadPict(std::as_bytes(std::span(bytes)));
-  return picture ? std::make_shared<const Picture>(std::move(*picture)) : nullptr;
+  return Application::Toolkit()->ReadPicture(path_);
 }
 
 Ref<FolderItem> SpecialFolder::Preferences() {
 #ifdef __APPLE__
-  std::string folder = HomeFolder() + "/Library/Preferences";
+  std::string folder = InHome("/Library/Preferences");
 #else
   std::string folder = Environment("XDG_CONFIG_HOME");
-  if (folder.empty() || folder.front() != '/') folder = HomeFolder() + "/.config";
+  if (!folder.starts_with('/')) folder = InHome("/.config");
 #endif
-  if (folder.front() != '/') return nullptr;
+  if (folder.empty()) return nullptr;
   std::error_code failed;  // a folder that cannot be made shows when a file in it cannot be
   fs::create_directories(folder, failed);
   return Ref<FolderItem>(new FolderItem(std::move(folder)));

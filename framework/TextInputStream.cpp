@@ -8,6 +8,7 @@
 namespace {
 
 constexpr std::size_t kBufferSize = 4096;
+constexpr std::size_t kLongestLine = 64 * 1024;
 
 }  // namespace
 
@@ -33,6 +34,12 @@ String TextInputStream::ReadLine() {
     skipLineFeed_ = byte == '\r';
     if (byte == '\r' || byte == '\n') break;
     line.push_back(static_cast<char>(byte));
+    if (line.size() > kLongestLine) {
+      file_.Close();
+      buffer_.clear();
+      position_ = 0;
+      return {};
+    }
   }
   return String(line);
 }

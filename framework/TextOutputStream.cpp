@@ -2,13 +2,49 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <string_view>
+
+namespace {
+
+/// Returns how many bytes have reached the file.
+std::size_t WriteAtStart(int fd, std::string_view text) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t written = pwrite(fd, text.data() + done, text.size() - done, static_cast<off_t>(done));
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) break;
+    done += static_cast<std::size_t>(written);
+  }
+  return done;
+}
+
+std::string ReadAtStart(int fd, std::size_t count) {
+  std::string bytes(count, '\0');
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(pread(fd, bytes.data(), count, 0), 0)));
+  return bytes;
+}
+
+}  // namespace
+
 void TextOutputStream::WriteLine(const String& text) {
   text_ += text.Utf8() + "\n";
 }
 
 void TextOutputStream::Close() {
   if (!file_) return;
-  const bool whole = pwrite(file_.Fd(), text_.data(), text_.size(), 0) == static_cast<ssize_t>(text_.size());
-  [[maybe_unused]] const int failed = ftruncate(file_.Fd(), whole ? static_cast<off_t>(text_.size()) : 0);
+  const int fd = file_.Fd();
+  const off_t oldSize = std::max<off_t>(lseek(fd, 0, SEEK_END), 0);
+  const std::string old = ReadAtStart(fd, text_.size());
+  const std::size_t written = WriteAtStart(fd, text_);
+  off_t size = static_cast<off_t>(text_.size());
+  if (written < text_.size()) {
+    const std::string_view lost = std::string_view(old).substr(0, written);
+    const bool known = lost.size() == std::min(written, static_cast<std::size_t>(oldSize));
+    const bool restored = known && WriteAtStart(fd, lost) == lost.size();
+    size = restored ? oldSize : 0;  // nothing is better than a mixture
+  }
+  [[maybe_unused]] const int failed = ftruncate(fd, size);
   file_.Close();
 }

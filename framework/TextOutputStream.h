@@ -8,8 +8,8 @@
 
 /// Writes a text file line by line. Errors go unnoticed by the caller.
 ///
-/// The lines reach the file together, in one write when the stream is closed: what stood there before stays
-/// whole until then, and a disk that is full leaves an empty file, never the first half of the new one.
+/// The lines reach the file together when the stream is closed. Where they cannot be written whole, what
+/// stood there before is put back: the file holds the old lines or the new ones, never a part of each.
 class TextOutputStream : public Object {
  public:
   explicit TextOutputStream(Descriptor file) : file_(std::move(file)) {}

@@ -4,6 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -25,6 +29,11 @@ void Join(std::vector<std::thread> threads) {
   for (std::thread& thread : threads) thread.join();
 }
 
+[[noreturn]] void CannotRun(int error) {
+  std::fprintf(stderr, "No thread can be started: %s.\n", std::strerror(error));
+  throw RuntimeException();
+}
+
 constexpr int kSuspendedTick = 20;  // milliseconds between two looks of a suspended thread
 
 }  // namespace
@@ -37,8 +46,12 @@ void Thread::Run() {
   if (running_) throw ThreadAlreadyRunningException();
   Join(std::exchange(leaving, {}));
   Pipe kill = Pipe::Open();
-  if (kill.ReadFd() < 0 || kill.WriteFd() < 0) throw RuntimeException();
-  thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });  // which waits for the baton
+  if (kill.ReadFd() < 0 || kill.WriteFd() < 0) CannotRun(errno);
+  try {
+    thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });  // which waits for the baton
+  } catch (const std::system_error& error) {
+    CannotRun(error.code().value());
+  }
   kill_ = std::move(kill);
   running_ = true;
   killed_ = suspended_ = lookUp_ = false;

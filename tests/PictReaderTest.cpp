@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <initializer_list>
 #include <iterator>
 #include <string>
+
+#include "framework/FolderItem.h"
 
 namespace {
 
@@ -119,6 +122,13 @@ TEST(PictReader, SurvivesBrokenFiles) {
                 picture->Height <= 4096);
     ASSERT_EQ(picture->Pixels.size(), static_cast<std::size_t>(picture->Width * picture->Height));
   }
+}
+
+TEST(PictReader, AFileThatCannotBeReadIsNoPicture) {
+  const std::string path = testing::TempDir() + "dravik-unreadable.pct";
+  std::filesystem::create_symlink("/proc/self/mem", path);  // opens, and cannot be read at its start
+  EXPECT_FALSE(FolderItem(path).OpenAsPicture());
+  std::filesystem::remove(path);
 }
 
 }  // namespace

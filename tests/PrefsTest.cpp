@@ -48,6 +48,7 @@ TEST_F(Prefs, AreReadByLineNumbers) {
       {"\r1.3\r\ryes\r\rno\r\ryes\r", "S.U", "1.3"},
       {std::string("\n1.3\n\n\0yes\n\nye\0s\n\nyes\0\n", 23), "...", "1.3"},
       {"\n1.3\n\n\xFFyes\n\nyes\n" + std::string(9000, 'x') + "\nyes\n", ".FU", "1.3"},
+      {"\n1.3\n\nyes\n" + std::string(100'000, 'x') + "\nyes\n\nyes\n", "S..", "1.3"},  // not read to its end
   };
   RunProgram([&] {
     for (const auto& test : cases) {
@@ -82,17 +83,24 @@ TEST_F(Prefs, ThatCannotBeOpenedAreToldTwice) {
     EXPECT_NE(message.find("NilObjectException"), std::string::npos) << message;
 }
 
-TEST_F(Prefs, OnAFullDiskAreNeverHalfWritten) {
+TEST_F(Prefs, OnAFullDiskStayAsTheyWere) {
   std::signal(SIGXFSZ, SIG_IGN);
-  rlimit limit{};
+  const std::string longer = "\n1.3\n\nyes\n" + std::string(500, '#');
   RunProgram([&] {
+    rlimit limit{};
     getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit full{40, limit.rlim_max};  // bytes that still fit on the disk
-    setrlimit(RLIMIT_FSIZE, &full);
+    for (const std::string& old : {std::string(), std::string("\n1.3\n\nyes\n"), longer}) {
+      for (const rlim_t room : {rlim_t{0}, rlim_t{5}, rlim_t{40}}) {  // bytes that still fit on the disk
+        WritePrefs(old);
+        const rlimit full{room, limit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+        Application::Deliver([] { App()->savePrefs(); });
+        setrlimit(RLIMIT_FSIZE, &limit);
+        EXPECT_EQ(ReadPrefs(), old) << room;
+      }
+    }
   });
-  setrlimit(RLIMIT_FSIZE, &limit);
-  EXPECT_EQ(ReadPrefs(), "");
-  EXPECT_TRUE(fs::exists(PrefsFile()));
+  EXPECT_TRUE(ReadPrefs().ends_with("\n# EOF\n")) << "more than the new lines was left";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "framework/Thread.h"
 
 #include <chrono>
+#include <stdexcept>
 
 #include "framework/Application.h"
 #include "framework/Shell.h"
@@ -116,13 +117,15 @@ TEST_F(ThreadTest, AQuitEndsItsWaitForAMessage) {
 
 TEST_F(ThreadTest, AnExceptionNamesItsClassAndEndsTheThreadOnly) {
   RunProgram([&] {
-    DismissMessages(2);
+    DismissMessages(3);
     Start([] { Ref<Window>()->Show(); });
     ASSERT_TRUE(Ends());
     Application::Deliver([] { Ref<Window>()->Show(); });
-    ASSERT_EQ(TheStage().Messages.size(), 2u);
-    for (const auto& message : TheStage().Messages)
-      EXPECT_NE(message.find("NilObjectException"), std::string::npos) << message;
+    Application::Deliver([] { throw std::length_error("not a class"); });
+    const char* const nil = "An exception of the class NilObjectException was not handled.";
+    EXPECT_EQ(
+        TheStage().Messages,
+        (std::vector<std::string>{nil, nil, "An exception of the class std::length_error was not handled."}));
   });
 }
 
