@@ -1,6 +1,7 @@
 #include "app/MenuBar1.h"
 
 #include "app/App.h"
+#include "framework/QuitMenuItem.h"
 
 namespace {
 

@@ -15,6 +15,7 @@
 #include "bench/Probe.h"
 #include "disktool/scanTheBus.h"
 #include "framework/Application.h"
+#include "framework/EventLoop.h"
 #include "windows/Window1.h"
 
 // Dravik itself, with a driver linked in, and with the tool that PATH finds. Prints what its argument asks
@@ -55,7 +56,7 @@ class TimedScan : public scanTheBus {
 };
 
 void QuitSoon() {
-  Application::Deliver([] { Quit(0); });
+  EventLoop::Deliver([] { Quit(0); });
 }
 
 void PrintFirstPaint() {
@@ -68,7 +69,7 @@ void WhenTableHas(int rows, const std::function<void()>& then) {
   auto* timer = new QTimer(qApp);
   QObject::connect(timer, &QTimer::timeout, timer, [=] {
     bool there = false;
-    Application::Note([&] { there = Window1()->ListBox2()->ListCount() == rows; });
+    EventLoop::Record([&] { there = Window1()->ListBox2()->ListCount() == rows; });
     if (!there) return;
     timer->stop();
     AfterAMoment(then);
@@ -85,7 +86,7 @@ void PrintMemory() {
 
 void Scan() {
   AfterAMoment([] {
-    Application::Deliver([] {
+    EventLoop::Deliver([] {
       static Ref<TimedScan> scan;
       scan = New<TimedScan>();
       scan->Run();
@@ -112,7 +113,7 @@ void Click() {
   WhenTableHas(kRowsBeforeTheHang, [] {
     static std::optional<Clicks> clicks;
     clicks.emplace(PlacesOfRows(2));
-    Application::Note([] {
+    EventLoop::Record([] {
       const auto table = Window1()->ListBox2();
       table->Change = [handler = table->Change](const Ref<Listbox>& list) {
         handler(list);
@@ -128,12 +129,12 @@ void Click() {
 
 void Report() {
   WhenTableHas(ExpectedRows(), [] {
-    Application::Note([] {
+    EventLoop::Record([] {
       const auto table = Window1()->ListBox2();
       table->UserSelect(0, table->Generation());
     });
     const double began = Now();
-    Application::Deliver([] { Window1()->infoBtn_Action(Window1()->infoBtn()); });
+    EventLoop::Deliver([] { Window1()->infoBtn_Action(Window1()->infoBtn()); });
     QCoreApplication::processEvents();
     std::printf("%.9f\n", Now() - began);
     QuitSoon();

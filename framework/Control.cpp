@@ -1,12 +1,9 @@
 #include "framework/Control.h"
 
-#include "framework/TabPanel.h"
-#include "framework/Window.h"
-
 void Control::Touch() {
   if (stale_) return;
   stale_ = true;
-  if (window_) window_->Touch();
+  if (window_) window_->ControlChanged();
 }
 
 void Control::Apply(const Place& place) {
@@ -41,6 +38,6 @@ void Control::FollowWindow(int wider, int higher) {
 bool Control::OnFrontPanel() const {
   if (TabPanelIndex == 0) return true;
   for (const auto& control : window_->Controls())
-    if (const auto tabs = Cast<TabPanel>(control)) return tabs->Value + 1 == TabPanelIndex;
+    if (const int front = control->FrontPanel()) return front == TabPanelIndex;
   return true;
 }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <utility>
+#include <vector>
 
 #include "framework/Property.h"
-
-class Window;
 
 /// Edges to which a control keeps its distance when its window is resized.
 enum Locks : unsigned { kLockLeft = 1, kLockTop = 2, kLockRight = 4, kLockBottom = 8 };
@@ -20,6 +19,21 @@ struct Place {
   int TabIndex = 0;
   int Left = 0, Top = 0, Width = 0, Height = 0;
   Locks Lock = kLockLeft | kLockTop;
+};
+
+class Control;
+
+/// What a control needs of the window it stands in.
+class Container {
+ public:
+  virtual const std::vector<Ref<Control>>& Controls() const = 0;
+  /// One of the controls is out of date.
+  virtual void ControlChanged() = 0;
+  /// A click that the control leaves to the window, at a place in the window's content.
+  virtual void UserMouseDown(int x, int y) = 0;
+
+ protected:
+  ~Container() = default;
 };
 
 /// Base of everything that stands in a window. A control is made by its window and lives as long as it, or
@@ -48,10 +62,16 @@ class Control : public Viewed {
   void Apply(const Place& place);
 
   /// The window it stands in; nullptr once that has been closed.
-  ::Window* Window() const { return window_; }
+  Container* Window() const { return window_; }
 
   /// True while a user can act on it: enabled, and showing in an open window, on a tab that is in front.
   bool Reachable() const { return window_ && Enabled && Visible && OnFrontPanel(); }
+
+  /// The panel that shows in front, counted from 1, for a control that has panels; 0 for any other.
+  virtual int FrontPanel() const { return 0; }
+
+  /// The Return key in its window. True when the control takes it.
+  virtual bool UserReturn() { return false; }
 
   /// Grows by so many pixels with its window, by its locks.
   void FollowWindow(int wider, int higher);
@@ -64,7 +84,7 @@ class Control : public Viewed {
 
   bool OnFrontPanel() const;
 
-  ::Window* window_ = nullptr;
+  Container* window_ = nullptr;
   bool stale_ = true;
 };
 

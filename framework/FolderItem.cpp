@@ -11,10 +11,8 @@
 #include <filesystem>
 #include <span>
 
-#include "framework/Application.h"
 #include "framework/Folders.h"
 #include "framework/PictReader.h"
-#include "framework/Toolkit.h"
 
 namespace {
 
@@ -63,7 +61,13 @@ std::string InHome(const char* name) {
   return home.starts_with('/') ? home + name : "";
 }
 
+FolderItem::PictureReader readOtherPicture = [](const std::string&) { return PictureRef(); };
+
 }  // namespace
+
+void FolderItem::ReadOtherPicturesBy(PictureReader reader) {
+  readOtherPicture = std::move(reader);
+}
 
 Ref<FolderItem> FolderItem::Child(const String& name) const {
   return Ref<FolderItem>(new FolderItem(path_ + "/" + name.Utf8()));
@@ -92,7 +96,7 @@ PictureRef FolderItem::OpenAsPicture() const {
   }
   std::error_code failed;
   if (!fs::is_regular_file(path_, failed) || fs::file_size(path_, failed) > kLargestPicture) return nullptr;
-  return Application::Toolkit()->ReadPicture(path_);
+  return readOtherPicture(path_);
 }
 
 Ref<FolderItem> SpecialFolder::Preferences() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "framework/Object.h"
@@ -22,6 +23,11 @@ class FolderItem : public Object {
   Ref<TextOutputStream> CreateTextFile() const;
   /// The picture in the file, nil when it cannot be read.
   PictureRef OpenAsPicture() const;
+
+  /// What reads picture files of formats the framework does not read by itself, and gives nil for those it
+  /// cannot read. Without one there are no such pictures.
+  using PictureReader = std::function<PictureRef(const std::string& path)>;
+  static void ReadOtherPicturesBy(PictureReader reader);
 
  private:
   std::string path_;

@@ -1,7 +1,5 @@
 #include "framework/Label.h"
 
-#include "framework/Window.h"
-
 void Label::UserMouseDown(int x, int y) {
   if (!Reachable()) return;
   if (MouseDown)

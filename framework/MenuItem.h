@@ -1,8 +1,6 @@
 #pragma once
 
-#include <functional>
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include "framework/Property.h"
@@ -43,28 +41,5 @@ class MenuItem : public Viewed {
 /// The bar itself, at the root of all menus.
 class MenuBar : public MenuItem {};
 
-/// Quits the program. Stands in the application's own menu on a platform that has one.
-class QuitMenuItem : public MenuItem {
- public:
-  bool Event_Action() override;
-  bool HasAction() const override { return true; }
-};
-
 /// Stands in the application's own menu on a platform that has one.
 class AppleMenuItem : public MenuItem {};
-
-/// Menu handlers by the name of their item, which is the only link between the two.
-class MenuHandlers {
- public:
-  using Handler = std::function<bool()>;
-
-  void Add(const String& name, Handler handler);
-  bool Has(const String& name) const;
-  /// Runs the handler of the item. True when there is one and it says that it has dealt with the command.
-  bool Run(const String& name) const;
-
- private:
-  const Handler* Find(const String& name) const;
-
-  std::vector<std::pair<String, Handler>> handlers_;
-};

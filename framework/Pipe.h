@@ -33,6 +33,7 @@ class Pipe {
   int ReadFd() const { return read_.Fd(); }
   int WriteFd() const { return write_.Fd(); }
   Descriptor TakeReadEnd() { return std::move(read_); }
+  Descriptor TakeWriteEnd() { return std::move(write_); }
 
  private:
   Descriptor read_;

@@ -17,4 +17,9 @@ class PushButton : public TextControl {
   void UserPress() {
     if (Reachable() && Action) Action(Ref<PushButton>(this));
   }
+  bool UserReturn() override {
+    if (!Default || !Reachable()) return false;
+    UserPress();
+    return true;
+  }
 };

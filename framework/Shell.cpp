@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <vector>
 
-#include "framework/Application.h"
 #include "framework/Baton.h"
 #include "framework/ChildProcess.h"
 #include "framework/Folders.h"
+#include "framework/MainThread.h"
 #include "framework/Thread.h"
-#include "framework/Toolkit.h"
 
 namespace {
 
@@ -40,8 +39,8 @@ String WaitOnThread(ChildProcess& child, const Thread& thread) {
 /// The main thread keeps the baton: the handler that waits here runs to its end before any other code.
 String WaitOnMain(ChildProcess& child) {
   while (child.Advance()) {
-    Application::WaitForInput({child.OutputFd(), child.ExitFd()}, child.Patience());
-    Application::LeaveWhenQuitting();
+    MainThread::Current().WaitForInput({child.OutputFd(), child.ExitFd()}, child.Patience());
+    MainThread::Current().LeaveWhenQuitting();
   }
   return String(child.TakeOutput());
 }
@@ -52,7 +51,7 @@ void Shell::Execute(const String& commandLine) {
   errorCode_ = 0;
   result_.Clear();
   Thread* const thread = Thread::Current();
-  if (!thread) Application::LeaveWhenQuitting();
+  if (!thread) MainThread::Current().LeaveWhenQuitting();
   ChildProcess child(CutAtBlanks(commandLine.Utf8()), ToolFolder());
   result_ = thread ? WaitOnThread(child, *thread) : WaitOnMain(child);
   if (thread && thread->Killed()) thread->Unwind();

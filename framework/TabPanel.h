@@ -18,6 +18,7 @@ class TabPanel : public TextControl {
   std::function<void(Ref<TabPanel>)> Change;
 
   std::vector<String> Captions() const;
+  int FrontPanel() const override { return Value + 1; }
 
   /// The user has chosen a tab.
   void UserSelect(int tab);

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "framework/Application.h"
 #include "framework/Baton.h"
+#include "framework/Callback.h"
 
 namespace {
 
@@ -63,7 +63,7 @@ void Thread::Body() {
   current = this;
   const Baton::Turn turn;
   try {
-    _CallFunctionWithExceptionHandling([this] {
+    RunCallback([this] {
       if (!killed_) Event_Run();
     });
   } catch (const Ending&) {

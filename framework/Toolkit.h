@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/EventLoop.h"
 #include "framework/Picture.h"
 #include "framework/String.h"
 #include "framework/Window.h"
@@ -11,16 +12,11 @@
 /// What can be done with the text control that has the focus or had it last.
 enum class EditCommand { kUndo, kCut, kCopy, kPaste, kClear };
 
-/// The place of something on the screen, in pixels.
-struct Area {
-  int Left = 0, Top = 0, Width = 0, Height = 0;
-};
-
 /// What shows the framework's windows and brings the user's events. One is linked into each executable.
 ///
 /// All members are called on the main thread but `Wake`. A toolkit hands events back through
-/// `Application::Deliver` (handlers) and `Application::Note` (bookkeeping), and calls
-/// `Application::RunPending` when it has been woken.
+/// `EventLoop::Deliver` (handlers) and `EventLoop::Record` (bookkeeping), and calls
+/// `EventLoop::RunPending` when it has been woken.
 class Toolkit {
  public:
   virtual ~Toolkit() = default;
@@ -33,7 +29,7 @@ class Toolkit {
   /// Ends the loop and all message boxes that are up.
   virtual void EndLoop() = 0;
 
-  /// Has `Application::RunPending` called on the main thread soon. Any thread; calls are merged.
+  /// Has `EventLoop::RunPending` called on the main thread soon. Any thread; calls are merged.
   virtual void Wake() = 0;
 
   /// Copies what has changed to the screen: shows windows that are new to it, and when their pictures are

@@ -2,21 +2,69 @@
 
 #include <algorithm>
 
-#include "framework/Application.h"
-#include "framework/PushButton.h"
+namespace {
+
+/// The open windows, in the order in which they were opened.
+std::vector<Ref<Window>>& Register() {
+  static std::vector<Ref<Window>> windows;
+  return windows;
+}
+
+}  // namespace
+
+const std::vector<Ref<Window>>& Window::OpenOnes() {
+  return Register();
+}
+
+Ref<Window> _GetImplicitWindow(const String& name) {
+  for (const auto& window : Register())
+    if (window->ImplicitName().Identical(name)) return window;
+  return nullptr;
+}
+
+void Window::Open(const String& name) {
+  implicitName_ = name;
+  Register().emplace_back(this);
+  Screen::Current().MarkOutOfDate();
+  try {
+    Constructor();
+  } catch (...) {
+    End();
+    throw;
+  }
+}
 
 void Window::Constructor() {
   Layout();
   CreateControls();
   AddMenuHandlers();
-  Application::Place(*this);
+  PlaceOnScreen();
   Event_Open();
   Touch();
 }
 
+void Window::PlaceOnScreen() {
+  const auto centreOn = [this](const Area& area) {
+    Left = area.Left + (area.Width - Width) / 2;
+    Top = area.Top + (area.Height - Height) / 2;
+  };
+  constexpr int kDefaultOffset = 40;  // pixels from the corner of the screen
+  const Area screen = Screen::Current().Usable();
+  // The window that was opened first is the main window, and the parent of all others.
+  const Window* const parent = Register().empty() ? this : Register().front().Get();
+  if (Placement == kDefaultPosition) {
+    Left = screen.Left + kDefaultOffset;
+    Top = screen.Top + kDefaultOffset;
+  } else if (Placement == kMainScreen || parent == this) {
+    centreOn(screen);
+  } else {
+    centreOn({parent->Left, parent->Top, parent->Width, parent->Height});
+  }
+}
+
 void Window::Touch() {
   stale_ = true;
-  if (open_) Application::ScreenChanged();
+  if (open_) Screen::Current().MarkOutOfDate();
 }
 
 void Window::Show() {
@@ -24,7 +72,7 @@ void Window::Show() {
   Visible = true;
   ++shows_;
   Touch();
-  Application::Present(*this);
+  Screen::Current().Present(*this);
 }
 
 void Window::Close() {
@@ -40,11 +88,12 @@ void Window::Close() {
   End();
 }
 
-/// Takes the window from the registry and its controls from their users.
+/// Takes the window from the register and its controls from their users.
 void Window::End() {
   open_ = false;
   for (const auto& control : controls_) control->window_ = nullptr;
-  Application::Forget(*this);
+  std::erase_if(Register(), [this](const Ref<Window>& open) { return open.Get() == this; });
+  Screen::Current().MarkOutOfDate();
 }
 
 void Window::_AddMenuHandler(const String& name, MenuHandlers::Handler handler) {
@@ -76,13 +125,8 @@ void Window::UserMove(int left, int top) {
 }
 
 void Window::UserReturn() {
-  for (const auto& control : controls_) {
-    const auto button = Cast<PushButton>(control);
-    if (button && button->Default && button->Reachable()) {
-      button->UserPress();
-      return;
-    }
-  }
+  for (const auto& control : controls_)
+    if (control->UserReturn()) return;
 }
 
 void Window::AddControl(const Ref<Control>& control, const String& name, const Place& place) {

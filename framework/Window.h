@@ -5,13 +5,16 @@
 
 #include "framework/Color.h"
 #include "framework/Control.h"
+#include "framework/MenuHandlers.h"
 #include "framework/MenuItem.h"
+#include "framework/Screen.h"
 
 /// A window: a value on the framework's side, shown by the toolkit from outside. Subclasses lay it out, make
-/// its controls and handle its events. A window lives until it is closed, whoever holds it.
+/// its controls and handle its events. A window lives until it is closed, whoever holds it: it stands in a
+/// register of its own.
 ///
 /// Made and closed on any thread that holds the baton.
-class Window : public Viewed {
+class Window : public Viewed, public Container {
  public:
   enum FrameStyle { kDocument = 0, kMovableModal = 1, kSheet = 8 };
   enum PlacementStyle { kDefaultPosition = 0, kParentWindow = 1, kMainScreen = 2 };
@@ -45,7 +48,7 @@ class Window : public Viewed {
   /// The window's own menu bar, nil for none.
   Ref<::MenuBar> MenuBar;
 
-  const std::vector<Ref<Control>>& Controls() const { return controls_; }
+  const std::vector<Ref<Control>>& Controls() const override { return controls_; }
   /// The control of that name as a `T`; nil when there is none.
   template <class T>
   Ref<T> Named(const String& name) const {
@@ -63,16 +66,22 @@ class Window : public Viewed {
   const MenuHandlers& Handlers() const { return handlers_; }
 
   bool IsOpen() const { return open_; }
-  /// The name that finds the window in the registry of implicit instances.
+  /// The name that finds the window in the register.
   const String& ImplicitName() const { return implicitName_; }
+  /// Puts a new window into the register under that name, from where it is found already while it is made,
+  /// and makes it. One that could not be finished is taken out again.
+  void Open(const String& name);
+  /// The register: the windows that are open, in the order in which they were opened.
+  static const std::vector<Ref<Window>>& OpenOnes();
 
   // What a user does to the window.
   void UserClose();
-  void UserMouseDown(int x, int y);
+  void UserMouseDown(int x, int y) override;
   void UserResize(int width, int height);
   void UserMove(int left, int top);
   /// The Return key, in a control that has no use for it.
   void UserReturn();
+  void ControlChanged() override { Touch(); }
 
   /// Whether a property of the window or of one of its controls has changed since the last call.
   bool TakeStale() { return std::exchange(stale_, false); }
@@ -114,9 +123,7 @@ class Window : public Viewed {
   }
 
  private:
-  template <class T>
-  friend Ref<T> ImplicitWindow(const String& name);
-
+  void PlaceOnScreen();
   void End();
   void AddControl(const Ref<Control>& control, const String& name, const Place& place);
   Ref<Control> ControlNamed(const String& name) const;
@@ -134,4 +141,9 @@ Ref<Window> _GetImplicitWindow(const String& name);
 
 /// The open window of this class, or a new one, which the name finds from its construction on.
 template <class T>
-Ref<T> ImplicitWindow(const String& name);
+Ref<T> ImplicitWindow(const String& name) {
+  if (const auto open = _GetImplicitWindow(name)) return Cast<T>(open);
+  const Ref<T> made(new T);
+  made->Open(name);
+  return made;
+}

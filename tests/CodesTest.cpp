@@ -1,6 +1,7 @@
 #include <climits>
 
 #include "app/App.h"
+#include "framework/EventLoop.h"
 #include "tests/headless/ProgramFixture.h"
 #include "tests/headless/ScriptedShell.h"
 #include "windows/Window2.h"
@@ -81,7 +82,7 @@ TEST_F(Codes, OfMountUnmountAndReport) {
         if (reported) {
           EXPECT_EQ(Window3()->staticTitle()->Text.Get().Utf8(), "diskutil info for: Backup (disk0s3)");
           EXPECT_EQ(Window3()->infoFld()->Text.Get().Utf8(), "A report\r\nwith \xFF");
-          Application::Deliver([] { Window3()->PushButton1()->UserPress(); });
+          EventLoop::Deliver([] { Window3()->PushButton1()->UserPress(); });
         }
       }
     }
@@ -92,10 +93,10 @@ TEST_F(Codes, ReadTheSelectedRowAndStyleTheOtherOne) {
   RunProgram([&] {
     Scan();
     Select(1);
-    Application::Deliver([] { Window1()->mountThisDisk(0); });
+    EventLoop::Deliver([] { Window1()->mountThisDisk(0); });
     EXPECT_EQ(commands_.back(), "diskutil mount disk0s3");
     EXPECT_EQ(Table(), Rows("mounted", "mounted"));
-    Application::Deliver([] { Window1()->unMountThisDisk(-1); });
+    EventLoop::Deliver([] { Window1()->unMountThisDisk(-1); });
     EXPECT_EQ(commands_.back(), "diskutil unMount disk0s3");
   });
 }
@@ -106,7 +107,7 @@ TEST_F(Codes, NoHandlerRunsInsideAnotherOnesCommand) {
     Select(0);
     std::string order;
     duringCommand_ = [&] {
-      Application::Deliver(
+      EventLoop::Deliver(
           [&] { order += "event with Window2 " + std::string(IsOpen("Window2") ? "open" : "closed"); });
       order += "command, ";
     };

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "app/App.h"
+#include "framework/EventLoop.h"
 #include "tests/headless/ProgramFixture.h"
 #include "windows/Window2.h"
 
@@ -43,7 +44,7 @@ TEST_F(MainWindow, ButtonsTellTheStateAtTheMomentOfSelection) {
   RunProgram([&] {
     EXPECT_EQ(Buttons(), "");
     Scan();
-    Application::Deliver([] {
+    EventLoop::Deliver([] {
       const auto table = Window1()->ListBox2();
       table->UserSelect(0, table->Generation() - 1);  // a row of a list that is gone
     });
@@ -79,11 +80,11 @@ TEST_F(MainWindow, ButtonsTellTheStateAtTheMomentOfSelection) {
                                                  "unMount|disk0s2", "mount|disk0s2", "mount|disk0s2", "mount",
                                                  "list", "info|disk0s1", "info|disk0s2", "info|disk0s3"}));
     EXPECT_EQ(Table(), kTable) << "a row twice, or a state that is not the tool's";
-    Application::Deliver([] { Window1()->UserReturn(); });
+    EventLoop::Deliver([] { Window1()->UserReturn(); });
     Select(0);
     for (const int tab : {1, 0}) {
       SelectTab(tab);
-      Application::Deliver([] { Window1()->UserReturn(); });
+      EventLoop::Deliver([] { Window1()->UserReturn(); });
       EXPECT_EQ(Calls().back() == "mount|disk0s1", tab == 0) << "a button that does not show was pressed";
     }
   });
@@ -207,7 +208,7 @@ TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
               Scan();
               Select(1);
               Press("unMountBtn");
-              EXPECT_TRUE(Application::Quitting()) << "the handler did not wait for the tool";
+              EXPECT_TRUE(EventLoop::Quitting()) << "the handler did not wait for the tool";
             }),
             0);
   outside.join();

@@ -4,6 +4,7 @@
 #include <csignal>
 
 #include "app/App.h"
+#include "framework/EventLoop.h"
 #include "tests/headless/ProgramFixture.h"
 
 namespace {
@@ -19,7 +20,7 @@ class Prefs : public ProgramFixture {
   /// The settings after loading a file of this text: "SFU" for all three, a dot for each that is off.
   std::string Loaded(const std::string& text) const {
     WritePrefs(text);
-    Application::Deliver([] { App()->loadPrefs(); });
+    EventLoop::Deliver([] { App()->loadPrefs(); });
     return Read([] {
       return std::string(App()->scan ? "S" : ".") + (App()->showFeedbackWin ? "F" : ".") +
              (App()->showUnMountBtn ? "U" : ".");
@@ -94,7 +95,7 @@ TEST_F(Prefs, OnAFullDiskStayAsTheyWere) {
         WritePrefs(old);
         const rlimit full{room, limit.rlim_max};
         setrlimit(RLIMIT_FSIZE, &full);
-        Application::Deliver([] { App()->savePrefs(); });
+        EventLoop::Deliver([] { App()->savePrefs(); });
         setrlimit(RLIMIT_FSIZE, &limit);
         EXPECT_EQ(ReadPrefs(), old) << room;
       }

@@ -8,8 +8,8 @@
 #include <sstream>
 #include <thread>
 
-#include "framework/Application.h"
 #include "framework/ChildProcess.h"
+#include "framework/EventLoop.h"
 #include "framework/Thread.h"
 #include "tests/headless/ProgramFixture.h"
 #include "tests/headless/Worker.h"
@@ -44,7 +44,7 @@ class ShellTest : public ProgramFixture {
   }
   static Outcome OnMain(const std::string& line) {
     Outcome outcome;
-    Application::Deliver([&] { outcome = Execute(line); });
+    EventLoop::Deliver([&] { outcome = Execute(line); });
     return outcome;
   }
   /// The outcome on the main thread, which must be that on a thread too.
@@ -52,7 +52,7 @@ class ShellTest : public ProgramFixture {
     Outcome outcome;
     const auto worker = New<Worker>();
     worker->Work = [&] { outcome = Execute(line); };
-    Application::Deliver([&] { worker->Run(); });
+    EventLoop::Deliver([&] { worker->Run(); });
     EXPECT_TRUE(PumpUntil([&] { return worker->KillFd() < 0; }));
     EXPECT_EQ(outcome, OnMain(line)) << line;
     return outcome;
@@ -187,7 +187,7 @@ TEST_F(ShellTest, AQuitEndsAHangingCommandOfAThread) {
   };
   std::chrono::steady_clock::time_point quit;
   RunProgram([&] {
-    Application::Deliver([&] { worker->Run(); });
+    EventLoop::Deliver([&] { worker->Run(); });
     ASSERT_TRUE(PumpUntil([&] { return !TextOf(home_ / "pid").empty(); }));
     quit = std::chrono::steady_clock::now();
   });

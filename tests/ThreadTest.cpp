@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "framework/Application.h"
+#include "framework/EventLoop.h"
 #include "framework/Shell.h"
 #include "tests/headless/ProgramFixture.h"
 #include "tests/headless/Worker.h"
@@ -14,7 +15,7 @@ class ThreadTest : public ProgramFixture {
  protected:
   void Start(std::function<void()> work) {
     worker_->Work = std::move(work);
-    Application::Deliver([this] { worker_->Run(); });
+    EventLoop::Deliver([this] { worker_->Run(); });
   }
   bool Ends() {
     return PumpUntil([this] { return worker_->KillFd() < 0; });
@@ -48,7 +49,7 @@ TEST_F(ThreadTest, RunsUntilItIsKilledHandsOverBothWaysAndRunsAgain) {
       left_ = false;
       StartCounting();
       for (int turn = 0; turn < 50; ++turn) ASSERT_TRUE(Counts()) << "one of the two starved";
-      Application::Deliver([&] {
+      EventLoop::Deliver([&] {
         EXPECT_THROW(worker_->Run(), ThreadAlreadyRunningException);
         worker_->Kill();
       });
@@ -65,7 +66,7 @@ TEST_F(ThreadTest, StandsStillWhileSuspendedOrAsleepAndCanBeKilledThen) {
       StartCounting();
       ASSERT_TRUE(Counts());
       const auto begin = steady_clock::now();
-      Application::Deliver([&] { asleep ? worker_->Sleep(60) : worker_->Suspend(); });
+      EventLoop::Deliver([&] { asleep ? worker_->Sleep(60) : worker_->Suspend(); });
       const int last = Read([&] { return count_; }) + 1;  // it may be on its way from a yield point
       if (asleep) {
         EXPECT_TRUE(PumpUntil([&] { return count_ > last; }));
@@ -74,11 +75,11 @@ TEST_F(ThreadTest, StandsStillWhileSuspendedOrAsleepAndCanBeKilledThen) {
         int looks = 0;
         EXPECT_TRUE(PumpUntil([&] { return ++looks > 10; }));
         EXPECT_LE(Read([&] { return count_; }), last);
-        Application::Deliver([&] { worker_->Resume(); });
+        EventLoop::Deliver([&] { worker_->Resume(); });
         EXPECT_TRUE(Counts());
       }
-      Application::Deliver([&] { asleep ? worker_->Sleep(3'600'000) : worker_->Suspend(); });
-      Application::Deliver([&] { worker_->Kill(); });
+      EventLoop::Deliver([&] { asleep ? worker_->Sleep(3'600'000) : worker_->Suspend(); });
+      EventLoop::Deliver([&] { worker_->Kill(); });
       EXPECT_TRUE(Ends());
     }
   });
@@ -93,7 +94,7 @@ TEST_F(ThreadTest, AMessageAskedForDuringAHandlerComesUpBehindIt) {
       MsgBox("Hello");
     });
     while (!asked) std::this_thread::yield();
-    Application::Deliver([] {
+    EventLoop::Deliver([] {
       New<Shell>()->Execute("sleep 0.1");
       EXPECT_TRUE(TheStage().Messages.empty()) << "a message came up in the middle of a handler";
     });
@@ -107,7 +108,7 @@ TEST_F(ThreadTest, AQuitEndsItsWaitForAMessage) {
       MsgBox("Nobody will see this");
       ADD_FAILURE() << "the thread went on";
     };
-    Application::Deliver([&] {
+    EventLoop::Deliver([&] {
       worker_->Run();
       Quit(0);
     });
@@ -120,8 +121,8 @@ TEST_F(ThreadTest, AnExceptionNamesItsClassAndEndsTheThreadOnly) {
     DismissMessages(3);
     Start([] { Ref<Window>()->Show(); });
     ASSERT_TRUE(Ends());
-    Application::Deliver([] { Ref<Window>()->Show(); });
-    Application::Deliver([] { throw std::length_error("not a class"); });
+    EventLoop::Deliver([] { Ref<Window>()->Show(); });
+    EventLoop::Deliver([] { throw std::length_error("not a class"); });
     const char* const nil = "An exception of the class NilObjectException was not handled.";
     EXPECT_EQ(
         TheStage().Messages,

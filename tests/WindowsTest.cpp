@@ -1,5 +1,6 @@
 #include "app/App.h"
 #include "app/MenuBar1.h"
+#include "framework/EventLoop.h"
 #include "framework/FolderItem.h"
 #include "tests/headless/ProgramFixture.h"
 #include "windows/AboutWindow.h"
@@ -17,7 +18,7 @@ std::string TextOf(const Ref<Label>& label) {
 
 TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
   RunProgram([] {
-    Application::Deliver([] {
+    EventLoop::Deliver([] {
       Window1()->UserMove(100, 50);
       const auto first = Window2();
       EXPECT_EQ(first, Window2());
@@ -45,14 +46,14 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       EXPECT_FALSE(information->IsOpen());
       EXPECT_EQ(Window3()->infoFld()->Text.Get().Utf8(), "");
     });
-    EXPECT_FALSE(Application::Quitting());
+    EXPECT_FALSE(EventLoop::Quitting());
   });
   EXPECT_EQ(TheStage().WindowsSeen, (std::vector<std::string>{"Window1.Window1", "Window3.Window3"}));
 }
 
 TEST_F(Windows, GrowByTheLocksOfTheirControls) {
   RunProgram([] {
-    Application::Deliver([] {
+    EventLoop::Deliver([] {
       Window1()->UserResize(450, 800);
       EXPECT_EQ(Window1()->ListBox2()->Height, 134 + 520);
       EXPECT_EQ(Window1()->ListBox2()->Top, 75);
@@ -95,7 +96,7 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 255) && web->Underline && !mail->Underline);
       web->UserMouseExit();
       EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 0) && !web->Underline);
-      Application::Deliver([&] {
+      EventLoop::Deliver([&] {
         about->UserReturn();
         EXPECT_TRUE(about->IsOpen());
         test.Click(*about);
@@ -133,7 +134,7 @@ TEST_F(Windows, PicturesAreReadOnceAndKept) {
   RunProgram([] {
     const PictureRef logo = logo64x64();
     ASSERT_TRUE(logo && logo->Width == 64);
-    Application::Deliver([&] {
+    EventLoop::Deliver([&] {
       for (int opening = 0; opening < 2; ++opening) {
         EXPECT_EQ(AboutWindow()->Canvas1()->Backdrop.Get(), logo);
         EXPECT_EQ(AboutWindow()->BevelButton1()->Icon.Get(), paypal());

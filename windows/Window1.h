@@ -5,6 +5,7 @@
 #include "framework/Label.h"
 #include "framework/Listbox.h"
 #include "framework/PushButton.h"
+#include "framework/QuitMenuItem.h"
 #include "framework/Rectangle.h"
 #include "framework/TabPanel.h"
 #include "framework/Window.h"

@@ -1,6 +1,5 @@
 #include "windows/Window2.h"
 
-#include "framework/Application.h"
 #include "framework/Text.h"
 #include "windows/Pictures.h"
 #include "windows/Window1.h"

@@ -1,7 +1,5 @@
 #include "windows/Window3.h"
 
-#include "framework/Application.h"
-
 namespace {
 
 constexpr Locks L = kLockLeft;

@@ -5,11 +5,11 @@
 #include <QRect>
 #include <QWidget>
 
-#include "framework/Application.h"
 #include "framework/Control.h"
+#include "framework/EventLoop.h"
 
 /// What shows one control: a widget that is also this. It holds copies of the control's values, reads the
-/// control in `Copy` alone, and brings the user's events back through `Application::Deliver`. Qt's parent
+/// control in `Copy` alone, and brings the user's events back through `EventLoop::Deliver`. Qt's parent
 /// owns it.
 class ControlView {
  public:
@@ -54,7 +54,7 @@ class ViewOf : public WidgetClass, public ControlView {
   /// Hands an event of the user to the control.
   template <class Event>
   void Deliver(Event event) const {
-    Application::Deliver([control = control_, event] { event(*control); });
+    EventLoop::Deliver([control = control_, event] { event(*control); });
   }
 
   const Ref<ControlClass> control_;

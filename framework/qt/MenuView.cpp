@@ -3,7 +3,8 @@
 #include <QKeySequence>
 #include <QMenu>
 
-#include "framework/Application.h"
+#include "framework/Menus.h"
+#include "framework/QuitMenuItem.h"
 #include "framework/qt/Conversions.h"
 
 namespace {
@@ -38,8 +39,7 @@ MenuView::MenuView(QMenuBar& bar, const Ref<MenuBar>& items, Front front) : fron
 void MenuView::AddMenu(QMenuBar& bar, const Ref<MenuItem>& menu) {
   QMenu* shown = bar.addMenu(QString());
   entries_.push_back({menu, shown->menuAction()});
-  QObject::connect(shown, &QMenu::aboutToShow, shown,
-                   [front = front_] { Application::RefreshMenus(front()); });
+  QObject::connect(shown, &QMenu::aboutToShow, shown, [front = front_] { Menus::Refresh(front()); });
   AddItems(*shown, *menu);
 }
 
@@ -64,7 +64,7 @@ void MenuView::AddItem(QMenu& menu, const Ref<MenuItem>& item) {
   action->setShortcutContext(BelongsToTexts(action->shortcut()) ? Qt::WidgetShortcut
                                                                 : Qt::ApplicationShortcut);
   QObject::connect(action, &QAction::triggered, action,
-                   [item, front = front_] { Application::Choose(item, front()); });
+                   [item, front = front_] { Menus::Choose(item, front()); });
   entries_.push_back({item, action});
 }
 

@@ -21,6 +21,7 @@
 #include <utility>
 
 #include "framework/Application.h"
+#include "framework/EventLoop.h"
 #include "framework/Folders.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
@@ -116,7 +117,7 @@ QtToolkit::~QtToolkit() {
 
 bool QtToolkit::Program::event(QEvent* event) {
   if (event->type() != QEvent::Quit) return QApplication::event(event);
-  Application::Note([] { Quit(0); });
+  EventLoop::Record([] { Quit(0); });
   return true;
 }
 
@@ -154,7 +155,7 @@ void QtToolkit::Wake() {
 void QtToolkit::RunWoken() {
   woken_ = false;
   lastWoken_.start();
-  Application::RunPending();
+  EventLoop::RunPending();
 }
 
 void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>& bar) {

@@ -8,7 +8,7 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "framework/Application.h"
+#include "framework/EventLoop.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 #include "framework/qt/TabPanelView.h"
@@ -217,7 +217,7 @@ void WindowView::ReportGeometry() {
     return;
   }
   known_ = now;
-  Application::Note([window = window_, now] {
+  EventLoop::Record([window = window_, now] {
     window->UserMove(now.x(), now.y());
     window->UserResize(now.width(), now.height());
   });
@@ -234,7 +234,7 @@ void WindowView::moveEvent(QMoveEvent*) {
 
 void WindowView::closeEvent(QCloseEvent* event) {
   event->ignore();
-  Application::Deliver([window = window_] { window->UserClose(); });
+  EventLoop::Deliver([window = window_] { window->UserClose(); });
 }
 
 void WindowView::hideEvent(QHideEvent*) {
@@ -248,7 +248,7 @@ void WindowView::paintEvent(QPaintEvent*) {
 void WindowView::keyPressEvent(QKeyEvent* event) {
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (isReturn && !event->isAutoRepeat())
-    Application::Deliver([window = window_] { window->UserReturn(); });
+    EventLoop::Deliver([window = window_] { window->UserReturn(); });
   else if (tabs_ && event->matches(QKeySequence::NextChild))
     tabs_->Step(+1);
   else if (tabs_ && event->matches(QKeySequence::PreviousChild))
@@ -260,5 +260,5 @@ void WindowView::keyPressEvent(QKeyEvent* event) {
 void WindowView::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
   const QPoint position = event->position().toPoint() - content_.pos();
-  Application::Deliver([window = window_, position] { window->UserMouseDown(position.x(), position.y()); });
+  EventLoop::Deliver([window = window_, position] { window->UserMouseDown(position.x(), position.y()); });
 }

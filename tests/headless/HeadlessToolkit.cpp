@@ -9,8 +9,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "framework/Application.h"
 #include "framework/Baton.h"
+#include "framework/EventLoop.h"
 #include "framework/Pipe.h"
 
 namespace {
@@ -67,7 +67,7 @@ class HeadlessToolkit : public Toolkit {
     char byte;
     [[maybe_unused]] const auto got = read(wake_.ReadFd(), &byte, 1);
     woken_ = false;
-    Application::RunPending();
+    EventLoop::RunPending();
   }
 
   Area ScreenArea() override { return {0, 0, 1280, 800}; }

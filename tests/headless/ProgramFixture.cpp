@@ -6,6 +6,8 @@
 
 #include "app/Startup.h"
 #include "framework/Application.h"
+#include "framework/EventLoop.h"
+#include "framework/Menus.h"
 
 namespace fs = std::filesystem;
 
@@ -49,7 +51,7 @@ ProgramFixture::~ProgramFixture() {
 int ProgramFixture::RunProgram(std::function<void()> user) {
   TheStage().Script = [user = std::move(user)] {
     user();
-    if (!Application::Quitting()) Choose("FileQuit");
+    if (!EventLoop::Quitting()) Choose("FileQuit");
   };
   const int status = _Main(0, nullptr);
   EXPECT_TRUE(TheStage().Answers.empty()) << TheStage().Answers.size() << " message boxes did not come up";
@@ -86,9 +88,9 @@ std::string ProgramFixture::ReadPrefs() const {
 }
 
 void ProgramFixture::Choose(const String& menuItem) {
-  const auto front = Read([] { return Application::OpenWindows().back(); });
-  Application::RefreshMenus(front);
-  Application::Choose(Read([&] { return Application::Current()->MenuBar->_Lookup(menuItem); }), front);
+  const auto front = Read([] { return Window::OpenOnes().back(); });
+  Menus::Refresh(front);
+  Menus::Choose(Read([&] { return Application::Current()->MenuBar->_Lookup(menuItem); }), front);
 }
 
 void ProgramFixture::Scan() {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "framework/Application.h"
 #include "framework/Baton.h"
+#include "framework/EventLoop.h"
 #include "tests/headless/HeadlessToolkit.h"
 #include "windows/Window1.h"
 
@@ -53,7 +53,7 @@ class ProgramFixture : public testing::Test {
   }
   static void Choose(const String& menuItem);
   static void CloseMainWindow() {
-    Application::Deliver([] { Window1()->UserClose(); });
+    EventLoop::Deliver([] { Window1()->UserClose(); });
   }
   /// Presses Scan and waits until the scan has ended.
   static void Scan();
@@ -74,7 +74,7 @@ class ProgramFixture : public testing::Test {
 
   template <class T, class Act>
   static void Use(const String& name, Act act) {
-    Application::Deliver([&] {
+    EventLoop::Deliver([&] {
       const auto control = Window1()->Named<T>(name);
       if (!control || !control->Reachable()) FAIL() << "cannot be used: " << name.Utf8();
       act(*control);

@@ -31,7 +31,7 @@
 #include <thread>
 
 #include "app/Startup.h"
-#include "framework/Application.h"
+#include "framework/EventLoop.h"
 #include "windows/Window1.h"
 
 namespace {
@@ -107,7 +107,7 @@ class Round {
 
   /// Comes again and again, also in the loops of message boxes and of handlers that wait.
   void Look() {
-    if (Application::Quitting()) return;
+    if (EventLoop::Quitting()) return;
     // Mostly after a few milliseconds, at times after long enough for a whole scan.
     const int delay = 1 + static_cast<int>(250 * std::pow(Fraction(moments_), 8));
     QTimer::singleShot(delay, qApp, [this] { Look(); });

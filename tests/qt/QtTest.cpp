@@ -18,7 +18,7 @@
 #include <fstream>
 
 #include "app/MenuBar1.h"
-#include "framework/Application.h"
+#include "framework/EventLoop.h"
 #include "framework/Toolkit.h"
 #include "tests/headless/ProgramFixture.h"
 #include "windows/Window3.h"
@@ -255,7 +255,7 @@ TEST_F(Screen, ClosesTheAboutWindowInItsOwnEvents) {
     QTest::keyClick(WithText<QLabel>("contact@dravik.example"), Qt::Key_Space);
     EXPECT_FALSE(Any<QPlainTextEdit>());
     EXPECT_TRUE(QTest::qWaitFor([&] { return opened().ends_with("?subject=Dravik\n"); }));
-    Application::Toolkit()->OpenAddress("--help");
+    EventLoop::Toolkit()->OpenAddress("--help");
 
     Choose("AppleAbout");
     Click(WithText<QLabel>("Dravik"));  // goes to the window below

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "framework/MenuItem.h"
+
+class Toolkit;
+
+/// The main thread's part of the run: it delivers events to the program, one after the other, and hands what
+/// has changed to the toolkit. There is one.
+class EventLoop {
+ public:
+  /// Takes the toolkit over. `applicationBar` gives the menu bar of the application, or nil.
+  static void Start(std::unique_ptr<Toolkit> toolkit, Ref<MenuBar> (*applicationBar)());
+  /// Delivers events until the end is asked for. Called without the baton.
+  static void Run();
+  /// Has `Run` return soon, and a message that is up go. Any thread.
+  static void EndSoon();
+  /// Drops what has not been delivered, and the toolkit.
+  static void Shutdown();
+
+  /// Asks for the end of the program: no handler starts any more. False when somebody has asked before. Any
+  /// thread.
+  static bool BeginQuit();
+  static bool Quitting();
+
+  // --- What the toolkit hands back, on the main thread ----------------------------------------------------
+
+  /// Runs a handler of the program: takes the baton, treats an exception, hands what has changed to the
+  /// screen. An event that comes in the middle of another handler waits for its end.
+  static void Deliver(std::function<void()> event);
+  /// Writes down what a user has done that no handler of the program hears of, such as moving a window. Never
+  /// waits for another handler.
+  static void Record(const std::function<void()>& change);
+  /// After `Toolkit::Wake`: hands what has changed to the screen, runs what was posted, leaves the loop when
+  /// its end has been asked for.
+  static void RunPending();
+
+  // --- What the rest of the framework asks of it ----------------------------------------------------------
+
+  /// Runs `task` on the main thread soon, when no handler runs, without the baton; not any more once the
+  /// program quits. Any thread.
+  static void Post(std::function<void()> task);
+  /// Runs a callback of the program in its turn: with the baton, on the main thread.
+  static void RunHandler(const std::function<void()>& callback);
+  /// After the last of the handlers that run: runs the events that came in the middle of them, and hands over
+  /// what has changed. Like RunHandler.
+  static void EndEvent();
+  /// Copies what has changed to the screen. On the main thread, with the baton.
+  static void UpdateScreen();
+
+  /// nullptr before the start and after the end.
+  static ::Toolkit* Toolkit();
+};

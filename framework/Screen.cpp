@@ -1,0 +1,18 @@
+#include "framework/Screen.h"
+
+namespace {
+
+class NoScreen final : public Screen {};
+
+NoScreen none;
+Screen* current = &none;
+
+}  // namespace
+
+Screen& Screen::Current() {
+  return *current;
+}
+
+void Screen::Install(Screen& screen) {
+  current = &screen;
+}
