@@ -36,7 +36,10 @@ bool Write(int file, std::string_view text) {
 }  // namespace
 
 int main(int count, char** words) {
-  if (!OccupyStandardDescriptors()) return 1;
+  if (!OccupyStandardDescriptors()) {
+    Write(STDERR_FILENO, std::string("Could not open /dev/null: ") + std::strerror(errno) + "\n");
+    return 1;
+  }
   std::signal(SIGPIPE, SIG_IGN);  // A reader that has gone is an error like any other.
 
   const diskutil::Outcome outcome =
