@@ -203,8 +203,9 @@ std::optional<Identifier> IdentifierOf(dev_t number) {
     disk = udev_device_get_parent(disk);
     if (!disk || partition == 0) return std::nullopt;
   }
-  const std::uint64_t sequence = KernelNumber(udev_device_get_syspath(disk), "diskseq");
-  if (sequence == 0) return std::nullopt;
+  const std::string folder = udev_device_get_syspath(disk);
+  const std::uint64_t sequence = KernelNumber(folder, "diskseq");
+  if (sequence == 0 || KernelNumber(folder, "size") == 0) return std::nullopt;
   return Identifier{sequence, static_cast<std::uint32_t>(partition)};
 }
 

@@ -19,7 +19,7 @@ std::vector<Device> ListDevices();
 /// The device that carries this identifier now, or nothing. Throws like `ListDevices`.
 std::optional<Device> FindDevice(const Identifier& id);
 
-/// The identifier that belongs to a device number at this moment.
+/// The identifier that belongs to a device number at this moment. Nothing for a drive without a medium.
 std::optional<Identifier> IdentifierOf(dev_t number);
 
 }  // namespace diskutil

@@ -15,6 +15,7 @@ struct Failure {
     kUnsupportedByKernel,
     kGone,
     kTimedOut,
+    kServiceDied,
     kOther
   };
 
@@ -24,5 +25,11 @@ struct Failure {
 
 /// Nothing when all went well.
 using MaybeFailure = std::optional<Failure>;
+
+/// How the attempt to mount a volume ended.
+struct MountAttempt {
+  MaybeFailure failure;
+  std::string point = {};  ///< The folder where this attempt mounted something, as raw bytes; empty for none.
+};
 
 }  // namespace diskutil

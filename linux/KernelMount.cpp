@@ -1,19 +1,17 @@
 #include "linux/KernelMount.h"
 
-#include <fcntl.h>
 #include <libmount/libmount.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string_view>
+#include <utility>
 
-#include "linux/FileDescriptor.h"
+#include "linux/Identifier.h"
 
 namespace diskutil {
 namespace {
@@ -55,30 +53,16 @@ MaybeFailure FailureOf(const Context& context, int result) {
   return FromError(result < 0 ? -result : EINVAL);
 }
 
-bool IsStill(int file, const Device& device) {
-  struct stat status {};
-  std::uint64_t sequence = 0;
-  return fstat(file, &status) == 0 && S_ISBLK(status.st_mode) && status.st_rdev == device.number &&
-         ioctl(file, BLKGETDISKSEQ, &sequence) == 0 && sequence == device.id.disk;
-}
+constexpr std::string_view kFolder = "/media/";
 
 }  // namespace
 
-std::string KernelMountPoint(const Device& device) {
-  return "/media/" + device.id.Text();
-}
-
-MaybeFailure KernelMount(const Device& device) {
-  if (device.fsUsage != "filesystem") return Failure{Failure::Reason::kNotMountable, {}};
-  // As long as the device is open, its number goes to no other disk: what is checked here is what gets
-  // mounted.
-  const FileDescriptor file(open(device.node.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file || !IsStill(file.Number(), device)) return Failure{Failure::Reason::kGone, {}};
-
-  const std::string point = KernelMountPoint(device);
+MountAttempt KernelMount(const Device& device) {
+  if (device.fsUsage != "filesystem") return {Failure{Failure::Reason::kNotMountable, {}}};
+  std::string point = std::string(kFolder) + device.id.Text();
   mkdir("/media", 0755);
   rmdir(point.c_str());  // Left over from a volume that was pulled out: goes only if it is empty and unused.
-  if (mkdir(point.c_str(), 0700) != 0) return FromError(errno);
+  if (mkdir(point.c_str(), 0700) != 0) return {FromError(errno)};
 
   const Context context = MakeContext();
   mnt_context_set_source(context.get(), device.node.c_str());
@@ -86,14 +70,22 @@ MaybeFailure KernelMount(const Device& device) {
   mnt_context_set_fstype(context.get(), device.fsType.c_str());
   mnt_context_set_options(context.get(), "nosuid,nodev");
   MaybeFailure failure = FailureOf(context, mnt_context_mount(context.get()));
-  if (failure) rmdir(point.c_str());
-  return failure;
+  if (!failure) return {std::nullopt, std::move(point)};
+  rmdir(point.c_str());
+  return {std::move(failure)};
 }
 
 MaybeFailure KernelUnmount(const std::string& mountPoint) {
   const Context context = MakeContext();
   mnt_context_set_target(context.get(), mountPoint.c_str());
   return FailureOf(context, mnt_context_umount(context.get()));
+}
+
+void RemoveKernelMountPoint(const std::string& mountPoint) {
+  const std::string_view point(mountPoint);
+  if (!point.starts_with(kFolder)) return;
+  const std::string_view name = point.substr(kFolder.size());
+  if (const auto id = ReadIdentifier(name); id && id->Text() == name) rmdir(mountPoint.c_str());
 }
 
 }  // namespace diskutil

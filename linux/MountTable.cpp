@@ -1,18 +1,59 @@
 #include "linux/MountTable.h"
 
 #include <libmount/libmount.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <fstream>
 #include <new>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace diskutil {
 namespace {
 
-// A file system over several disks (btrfs) has a device number of its own; its source still names the node.
-bool IsOn(libmnt_fs* fs, const Device& device) {
+using Numbers = std::vector<dev_t>;
+
+// The entries of a folder of the kernel's, none when there is no such folder.
+std::filesystem::directory_iterator Entries(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entries(folder, error);
+  if (error && error != std::errc::no_such_file_or_directory) {
+    throw std::system_error(error, "Could not read " + folder.string());
+  }
+  return entries;
+}
+
+// All devices of the mounted btrfs that the device is one of. None when there is no such btrfs.
+Numbers BtrfsMembers(dev_t device) {
+  for (const auto& btrfs : Entries("/sys/fs/btrfs")) {
+    Numbers members;
+    for (const auto& member : Entries(btrfs.path() / "devices")) {
+      unsigned major = 0;
+      unsigned minor = 0;
+      char colon = 0;
+      if (std::ifstream(member.path() / "dev") >> major >> colon >> minor) {
+        members.push_back(makedev(major, minor));
+      }
+    }
+    if (std::ranges::find(members, device) != members.end()) return members;
+  }
+  return {};
+}
+
+// The device of a btrfs that its mount names: one of them, whichever was meant when it was mounted. 0 for any
+// other mount. A btrfs has a device number of its own. Nobody but the kernel writes the source of one, while
+// a user may put any text there for a file system that runs in a program of his.
+dev_t BtrfsSource(libmnt_fs* fs) {
+  const char* type = mnt_fs_get_fstype(fs);
   const char* source = mnt_fs_get_srcpath(fs);
-  return mnt_fs_get_devno(fs) == device.number || (source && device.node == source);
+  struct stat status {};
+  if (!type || std::string_view(type) != "btrfs" || !source) return 0;
+  return stat(source, &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
 }
 
 // A volume that the file system itself will not write to (journaled, damaged) says so in its own options
@@ -24,16 +65,29 @@ bool IsReadOnly(libmnt_fs* fs) {
   return false;
 }
 
-// Calls `use` with each mount of the device, the oldest first, until it returns false.
+struct FreeIterator {
+  void operator()(libmnt_iter* iterator) const { mnt_free_iter(iterator); }
+};
+
+// Calls `use` with each mount of the device, the oldest first, and with the device that the mount goes by,
+// until it returns false.
 template <typename Use>
 void ForEachMount(libmnt_table* table, const Device& device, Use use) {
-  libmnt_iter* iterator = mnt_new_iter(MNT_ITER_FORWARD);
+  const std::unique_ptr<libmnt_iter, FreeIterator> iterator(mnt_new_iter(MNT_ITER_FORWARD));
   if (!iterator) throw std::bad_alloc();
+  std::optional<Numbers> members;  // read when there is a btrfs
   libmnt_fs* fs = nullptr;
-  while (mnt_table_next_fs(table, iterator, &fs) == 0) {
-    if (IsOn(fs, device) && !use(fs)) break;
+  while (mnt_table_next_fs(table, iterator.get(), &fs) == 0) {
+    dev_t number = mnt_fs_get_devno(fs);
+    if (const dev_t source = BtrfsSource(fs)) {
+      if (!members) members = BtrfsMembers(device.number);
+      if (std::ranges::find(*members, source) == members->end()) continue;
+      number = source;
+    } else if (number != device.number) {
+      continue;
+    }
+    if (!use(fs, number)) break;
   }
-  mnt_free_iter(iterator);
 }
 
 }  // namespace
@@ -48,11 +102,11 @@ MountTable::MountTable() : table_(mnt_new_table_from_file("/proc/self/mountinfo"
 
 std::optional<Mount> MountTable::Find(const Device& device) const {
   std::optional<Mount> found;
-  ForEachMount(table_.get(), device, [&](libmnt_fs* fs) {
+  ForEachMount(table_.get(), device, [&](libmnt_fs* fs, dev_t number) {
     const char* target = mnt_fs_get_target(fs);
     if (!target) return true;
-    found =
-        Mount{target, IsReadOnly(fs), mnt_table_find_target(table_.get(), target, MNT_ITER_BACKWARD) != fs};
+    const bool covered = mnt_table_find_target(table_.get(), target, MNT_ITER_BACKWARD) != fs;
+    found = Mount{target, number, IsReadOnly(fs), covered};
     return false;
   });
   return found;
@@ -60,7 +114,7 @@ std::optional<Mount> MountTable::Find(const Device& device) const {
 
 int MountTable::Count(const Device& device) const {
   int count = 0;
-  ForEachMount(table_.get(), device, [&](libmnt_fs*) {
+  ForEachMount(table_.get(), device, [&](libmnt_fs*, dev_t) {
     ++count;
     return true;
   });

@@ -1,12 +1,15 @@
 #include "linux/Mounter.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "linux/Devices.h"
+#include "linux/FileDescriptor.h"
 #include "linux/KernelMount.h"
 #include "linux/Label.h"
 #include "linux/MountTable.h"
@@ -18,8 +21,14 @@ bool IsRoot() {
   return geteuid() == 0;
 }
 
-bool HasGone(const Device& device) {
-  return IdentifierOf(device.number) != device.id;
+bool IsStillThere(const Device& device) {
+  return IdentifierOf(device.number) == device.id;
+}
+
+// As long as a device is open, its name goes to no other disk, and services go by the name. Opens nothing
+// where we may not; then a disk can be replaced between a look at its number and the use of its name.
+FileDescriptor HoldName(const Device& device) {
+  return FileDescriptor(open(device.node.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
 }
 
 // "Volume Backup on disk7s2", the beginning of every line that tells of a success.
@@ -55,6 +64,8 @@ std::string Reason(const Failure& failure, const Device& device) {
       return "this kernel does not support the file system " + CleanLabel(device.fsType);
     case Failure::Reason::kTimedOut:
       return "no answer from UDisks2 in time, it may still be at work";
+    case Failure::Reason::kServiceDied:
+      return "UDisks2 ended before it answered";
     case Failure::Reason::kGone:
     case Failure::Reason::kOther:
       break;
@@ -63,66 +74,113 @@ std::string Reason(const Failure& failure, const Device& device) {
   return words.empty() ? "the attempt failed" : words;
 }
 
+// Our request may have been carried out.
+bool MayBeDone(const MaybeFailure& failure) {
+  return !failure || failure->reason == Failure::Reason::kTimedOut ||
+         failure->reason == Failure::Reason::kServiceDied;
+}
+
+Outcome NotFound(const Device& device) {
+  return {1, "Could not find disk: " + device.id.Text() + "\n"};
+}
+
+// Instead of the disk that was meant, `other` was there when our request was carried out, or may have been.
+Outcome TakenOver(const Device& device, const Identifier& other, const std::string& what) {
+  return {1, "Could not find disk: " + device.id.Text() + "; " + other.Text() + " came in its place and " +
+                 what + "\n"};
+}
+
 Outcome Failed(std::string_view verb, const Failure& failure, const Device& device) {
-  if (failure.reason == Failure::Reason::kGone || HasGone(device)) {
-    return {1, "Could not find disk: " + device.id.Text() + "\n"};
-  }
+  if (failure.reason == Failure::Reason::kGone) return NotFound(device);
   return {1,
           "Could not " + std::string(verb) + " " + device.id.Text() + ": " + Reason(failure, device) + "\n"};
 }
 
 }  // namespace
 
-MaybeFailure Mounter::TryMount(const Device& device) const {
-  if (HasGone(device)) return Failure{Failure::Reason::kGone, {}};
-  MaybeFailure failure = udisks_.Mount(device.number);
-  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot()) failure = KernelMount(device);
+MountAttempt Mounter::TryMount(const Device& device) const {
+  const auto isStillMeant = [&] { return IsStillThere(device); };
+  MountAttempt attempt = udisks_.Mount(device.number, isStillMeant);
+  MaybeFailure& failure = attempt.failure;
+  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot()) {
+    attempt = isStillMeant() ? KernelMount(device) : MountAttempt{Failure{Failure::Reason::kGone, {}}};
+  }
   if (failure && failure->reason == Failure::Reason::kOther && !device.fsType.empty() &&
       !KernelKnows(device.fsType)) {
     failure->reason = Failure::Reason::kUnsupportedByKernel;
   }
-  return failure;
+  return attempt;
 }
 
 Outcome Mounter::Mount(const Device& device) const {
-  if (const auto mount = MountTable().Find(device)) {
+  const FileDescriptor held = HoldName(device);
+  if (const auto mount = MountTable().Find(device); mount && IsStillThere(device)) {
     return {0, Subject(device) + " is already " + Place(*mount) + "\n"};
   }
-  const MaybeFailure failure = TryMount(device);
-  if (const auto mount = MountTable().Find(device); mount && !HasGone(device)) {
-    return {0, Subject(device) + " " + Place(*mount) + "\n"};
-  }
-  return Failed("mount", failure.value_or(Failure{Failure::Reason::kOther, "it did not stay mounted"}),
-                device);
+  const MountAttempt attempt = TryMount(device);
+  // In this order: a number that is still the disk's has been so all the time.
+  const auto mount = MountTable().Find(device);
+  const auto owner = IdentifierOf(device.number);
+  if (!owner) return NotFound(device);
+  if (*owner != device.id) return TakeBack(attempt, device, *owner);
+  if (mount) return {0, Subject(device) + " " + Place(*mount) + "\n"};
+  return Failed(
+      "mount", attempt.failure.value_or(Failure{Failure::Reason::kOther, "it did not stay mounted"}), device);
 }
 
-MaybeFailure Mounter::TryUnmount(const Device& device) const {
-  if (HasGone(device)) return Failure{Failure::Reason::kGone, {}};
-  const auto mount = MountTable().Find(device);
-  if (!mount) return std::nullopt;
+Outcome Mounter::TakeBack(const MountAttempt& attempt, const Device& device, const Identifier& owner) const {
+  Device other;
+  other.id = owner;
+  other.number = device.number;
+  // Only what we mounted ourselves: the desktop may have mounted the new disk, as it was plugged in.
+  const auto ours = [&] {
+    auto mount = MountTable().Find(other);
+    return mount && mount->point == attempt.point ? mount : std::nullopt;
+  };
+  const auto mount = ours();
+  if (!mount) {
+    return MayBeDone(attempt.failure) ? TakenOver(device, owner, "may have been mounted") : NotFound(device);
+  }
+  const MaybeFailure failure = TryUnmount(other, *mount);
+  if (!ours()) return TakenOver(device, owner, "was mounted, and is unmounted again");
+  return TakenOver(device, owner,
+                   "was mounted at " + CleanLabel(mount->point) +
+                       ", where it still is: " + Reason(failure.value_or(Failure{}), other));
+}
+
+MaybeFailure Mounter::TryUnmount(const Device& device, const diskutil::Mount& mount) const {
   // Unmounting goes by the folder, and the folder belongs to another volume now.
-  if (mount->covered) return Failure{Failure::Reason::kBusy, {}};
-  MaybeFailure failure = udisks_.Unmount(device.number);
-  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
-    failure = KernelUnmount(mount->point);
+  if (mount.covered) return Failure{Failure::Reason::kBusy, {}};
+  const auto isStillMeant = [&] { return IsStillThere(device); };
+  MaybeFailure failure = udisks_.Unmount(mount.number, isStillMeant);
+  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot()) {
+    failure = isStillMeant() ? KernelUnmount(mount.point) : Failure{Failure::Reason::kGone, {}};
+  }
+  if (!failure && IsRoot()) RemoveKernelMountPoint(mount.point);
   return failure;
 }
 
 Outcome Mounter::Unmount(const Device& device) const {
+  const FileDescriptor held = HoldName(device);
   int count = MountTable().Count(device);
+  if (!IsStillThere(device)) return NotFound(device);
   if (count == 0) return {0, Subject(device) + " is not mounted\n"};
   // A volume may be mounted at several places. Each round must take one of them away.
-  while (count > 0) {
-    const MaybeFailure failure = TryUnmount(device);
+  while (const auto mount = MountTable().Find(device)) {
+    const MaybeFailure failure = TryUnmount(device, *mount);
     const int left = MountTable().Count(device);
+    const auto owner = IdentifierOf(device.number);
+    if (owner && *owner != device.id) {
+      return MayBeDone(failure) ? TakenOver(device, *owner, "may have been unmounted") : NotFound(device);
+    }
+    // A disk image may be given up with its last mount: gone, and nothing in its place, is as good.
+    if (!owner && (failure || left > 0)) return NotFound(device);
     if (left >= count) {
       return Failed("unmount", failure.value_or(Failure{Failure::Reason::kOther, "it is still mounted"}),
                     device);
     }
     count = left;
   }
-  // The folder we made for it, if that is where it was.
-  if (IsRoot()) rmdir(KernelMountPoint(device).c_str());
   return {0, Subject(device) + " unmounted\n"};
 }
 

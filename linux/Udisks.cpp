@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "linux/SystemBus.h"
 
@@ -63,15 +64,22 @@ Answer CallFilesystem(sd_bus* bus, const std::string& object, const char* method
   return Call(bus, call.get(), limit);
 }
 
+// libsystemd's own word for a limit that has passed, and UDisks2's.
 bool TimedOut(std::string_view error) {
-  return IsOneOf(error, {"org.freedesktop.DBus.Error.Timeout", "org.freedesktop.DBus.Error.NoReply",
-                         "org.freedesktop.UDisks2.Error.TimedOut"});
+  return IsOneOf(error, {"org.freedesktop.DBus.Error.Timeout", "org.freedesktop.UDisks2.Error.TimedOut"});
+}
+
+// The bus's word for a service that went away with our request, and libsystemd's for a bus that did.
+bool Died(std::string_view error) {
+  return IsOneOf(error, {"org.freedesktop.DBus.Error.NoReply", "org.freedesktop.DBus.Error.Disconnected",
+                         "System.Error.ECONNRESET"});
 }
 
 Failure FromError(const Answer& answer) {
   const std::string_view error = answer.error;
   using Reason = Failure::Reason;
   if (TimedOut(error)) return {Reason::kTimedOut, {}};
+  if (Died(error)) return {Reason::kServiceDied, {}};
   if (error == "org.freedesktop.UDisks2.Error.DeviceBusy") return {Reason::kBusy, {}};
   if (IsOneOf(error,
               {"org.freedesktop.UDisks2.Error.NotAuthorized",
@@ -92,29 +100,44 @@ Failure FromError(const Answer& answer) {
 
 }  // namespace
 
-MaybeFailure Udisks::Request(const char* method, dev_t number) const {
-  const auto [bus, timedOut] = Connect(timeLimit_);
-  if (timedOut) return Failure{Failure::Reason::kTimedOut, {}};
-  if (!bus) return Failure{Failure::Reason::kNoService, {}};
+Udisks::Response Udisks::Request(const char* method, dev_t number, const Check& isStillMeant) const {
+  const auto [bus, timedOut] = Connect(questionLimit_);
+  if (timedOut) return {Failure{Failure::Reason::kTimedOut, {}}};
+  if (!bus) return {Failure{Failure::Reason::kNoService, {}}};
 
   const Message list = NewCall(bus.get(), kService, "/org/freedesktop/UDisks2",
                                "org.freedesktop.DBus.ObjectManager", "GetManagedObjects");
   if (!list) throw std::bad_alloc();
-  const Answer objects = Call(bus.get(), list.get(), timeLimit_);
+  const Answer objects = Call(bus.get(), list.get(), questionLimit_);
   if (!objects.reply) {
-    return TimedOut(objects.error) ? Failure{Failure::Reason::kTimedOut, {}}
-                                   : Failure{Failure::Reason::kNoService, {}};
+    if (TimedOut(objects.error) || Died(objects.error)) return {FromError(objects)};
+    return {Failure{Failure::Reason::kNoService, {}}};
   }
   const std::string object = FindObject(objects.reply.get(), number);
-  if (object.empty()) return Failure{Failure::Reason::kNotMountable, {}};
+  if (object.empty()) return {Failure{Failure::Reason::kNotMountable, {}}};
 
-  Answer answer = CallFilesystem(bus.get(), object, method, Asking::kNever, timeLimit_);
+  if (!isStillMeant()) return {Failure{Failure::Reason::kGone, {}}};
+  Answer answer = CallFilesystem(bus.get(), object, method, Asking::kNever, workLimit_);
   if (IsOneOf(answer.error, {"org.freedesktop.UDisks2.Error.NotAuthorizedCanObtain",
                              "org.freedesktop.DBus.Error.InteractiveAuthorizationRequired"})) {
-    answer = CallFilesystem(bus.get(), object, method, Asking::kAllowed, personLimit_);
+    if (!isStillMeant()) return {Failure{Failure::Reason::kGone, {}}};
+    answer = CallFilesystem(bus.get(), object, method, Asking::kAllowed, workLimit_);
   }
-  if (answer.reply) return std::nullopt;
-  return FromError(answer);
+  if (!answer.reply) return {FromError(answer)};
+  return {std::nullopt, std::move(answer.reply)};
+}
+
+MountAttempt Udisks::Mount(dev_t number, const Check& isStillMeant) const {
+  Response response = Request("Mount", number, isStillMeant);
+  const char* point = nullptr;
+  if (response.message && SdBusLibrary().sd_bus_message_read(response.message.get(), "s", &point) < 0) {
+    point = nullptr;
+  }
+  return {std::move(response.failure), point ? point : ""};
+}
+
+MaybeFailure Udisks::Unmount(dev_t number, const Check& isStillMeant) const {
+  return Request("Unmount", number, isStillMeant).failure;
 }
 
 }  // namespace diskutil

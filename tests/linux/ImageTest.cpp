@@ -15,6 +15,7 @@
 
 #include "linux/Command.h"
 #include "linux/FileDescriptor.h"
+#include "tests/linux/UdisksMock.h"
 
 namespace {
 
@@ -128,6 +129,25 @@ TEST_F(Image, IsListedMountedAndUnmounted) {
   }
   EXPECT_EQ(Diskutil({"unMount", ext}).text, "Volume e x t on " + ext + " unmounted\n");
   EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_F(Image, KeepsItsPlaceWhileTheServiceIsAtWork) {
+  const std::string mine = EmptyImage("mine");
+  const std::string other = EmptyImage("other");
+  if (!Shell("mkfs.ext4 -q -F " + mine + "; mkfs.ext4 -q -F " + other + "; losetup -f --show " + mine +
+             " >/media/loop; mkdir /media/Backup"))
+    GTEST_SKIP() << "needs mkfs.ext4 and loop devices";
+  const std::string disk = FirstLine("/media/loop");
+  const std::string id = "disk" + FirstLine("/sys/block/" + disk.substr(5) + "/diskseq");
+  struct stat status {};
+  stat(disk.c_str(), &status);
+  const UdisksMock service(status.st_rdev, {{"", [&] {
+                                               Shell("losetup -d " + disk + "; losetup " + disk + " " +
+                                                     other + "; mount " + disk + " /media/Backup");
+                                             }}});
+  EXPECT_EQ(Diskutil({"mount", id}).text, "Volume on " + id + " mounted at /media/Backup\n");
+  EXPECT_EQ(id, "disk" + FirstLine("/sys/block/" + disk.substr(5) + "/diskseq"));
+  Shell("umount /media/Backup; losetup -d " + disk);
 }
 
 }  // namespace

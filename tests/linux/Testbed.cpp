@@ -19,6 +19,11 @@ Testbed::Testbed() : bed_(umockdev_testbed_new(), g_object_unref), root_(getenv(
   std::ofstream(root_ + "/proc/filesystems") << "nodev\tproc\n\thfs\n\text4\n";
   std::ofstream(root_ + "/dev/sdb2") << std::string(1024, '\0') << "H+";
   std::ofstream(root_ + "/dev/sdb3") << std::string(1024, '\0') << "HX";
+  for (const std::string member : {"sdb2 8:18", "sdb3 8:19"}) {
+    const std::string folder = root_ + "/sys/fs/btrfs/uuid/devices/" + member.substr(0, 4);
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder + "/dev") << member.substr(5) << '\n';
+  }
   SetMounts("");
 }
 
@@ -26,9 +31,9 @@ void Testbed::SetMounts(const std::string& lines) const {
   std::ofstream(root_ + "/proc/self/mountinfo") << "20 1 9:99 / / rw - ext4 /dev/root rw\n" << lines;
 }
 
-void Testbed::ReplaceDisk7() const {
+void Testbed::NumberDisk7(const std::string& sequence) const {
   umockdev_testbed_set_attribute(
       UMOCKDEV_TESTBED(bed_.get()),
       "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1/1-1:1.0/host6/target6:0:0/6:0:0:0/block/sdb", "diskseq",
-      "20");
+      sequence.c_str());
 }

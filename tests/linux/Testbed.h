@@ -13,8 +13,8 @@ class Testbed {
 
   // The kernel's mount table: lines as in /proc/self/mountinfo.
   void SetMounts(const std::string& lines) const;
-  // The disk has gone, and another came and got its device numbers.
-  void ReplaceDisk7() const;
+  // The disk that is disk7 has this sequence number from then on: another came and got its device numbers.
+  void NumberDisk7(const std::string& sequence) const;
 
  private:
   std::shared_ptr<void> bed_;

@@ -109,7 +109,7 @@ class UdisksMock {
     if (answer.then) answer.then();
     if (answer.error == kSilence) return 1;
     if (!answer.error.empty()) return sd_bus_reply_method_errorf(call, answer.error.c_str(), "two\nlines");
-    return sd_bus_reply_method_return(call, method == "Mount" ? "s" : "", "/media/x");
+    return sd_bus_reply_method_return(call, method == "Mount" ? "s" : "", "/media/Backup");
   }
 
   unsigned long deviceNumber_;
