@@ -130,9 +130,9 @@ class Screen:
         self.xlib.XFreeGC(self.display, context)
         self.xlib.XSync(self.display, False)
 
-    def expect_whole(self):
-        """Every window shows what it shows when it is painted anew from edge to edge. A picture that moves, such as a
-        wheel or a caret, is looked at until it comes round again."""
+    def fault(self):
+        """What is wrong with the picture: "" when every window shows what it shows painted anew from edge to edge. What
+        moves, such as a wheel or a caret, is looked at until it comes round again."""
         self.settle()
         for window in self.windows():
             place = window[1:]
@@ -144,5 +144,9 @@ class Screen:
                 until("the picture is whole", lambda: self.picture(*place) == stood, A_LOOK)
             except AssertionError:
                 rows = [y for y, row in enumerate(self.picture(*place)) if row != stood[y]]
-                raise AssertionError(f"{len(rows)} lines of pixels, {rows[:1]} to {rows[-1:]}, of the window of "
-                                     f"{window.width} by {window.height} were not what they are painted anew") from None
+                return f"lines of pixels {rows[:1]} to {rows[-1:]} of {window} were not what they are painted anew"
+        return ""
+
+    def expect_whole(self):
+        fault = self.fault()
+        assert not fault, fault
