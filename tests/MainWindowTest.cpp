@@ -122,8 +122,7 @@ INSTANTIATE_TEST_SUITE_P(ByScanAndFeedback, AtStart,
                                          std::pair{true, true}));
 
 TEST_P(AtStart, ScansAndShowsTheFeedbackWindowWhenAsked) {
-  const bool scan = GetParam().first;
-  const bool feedback = GetParam().second;
+  const bool scan = GetParam().first, feedback = GetParam().second;
   WritePrefs(scan, feedback, false);
   Write("info.held", "");
   RunProgram([&] {
