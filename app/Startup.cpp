@@ -1,5 +1,9 @@
 #include "app/Startup.h"
 
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
 #include "app/App.h"
 #include "app/FileTypes.h"
 #include "app/MenuBar1.h"
@@ -15,9 +19,15 @@ void ReleaseGlobals() {
 }  // namespace
 
 int _Main(int argc, char** argv) {
-  Application::Start(argc, argv);
-  InstallCallbackRoutine(_CallFunctionWithExceptionHandling);
-  _EarlyStartup();
+  try {
+    Application::Start(argc, argv);
+    InstallCallbackRoutine(_CallFunctionWithExceptionHandling);
+    _EarlyStartup();
+  } catch (const std::exception& exception) {  // too early for a message box
+    std::fprintf(stderr, "Dravik cannot start: %s.\n", exception.what());
+    Application::Shutdown();
+    return EXIT_FAILURE;
+  }
   Application::RunFrameworkInitialization(_LateStartup);
   Application::RunEventLoop();
   ReleaseGlobals();

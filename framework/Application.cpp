@@ -99,8 +99,8 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
   if (!started) Quit(EXIT_FAILURE);  // without its window nobody could ever end the program
   EventLoop::EndEvent();
   // With the baton still here: the picture of a window comes before the work of a thread that it has started.
-  const std::vector<Ref<Window>> shown = Window::OpenOnes();
-  for (const auto& window : shown) Screen::Current().Present(*window);
+  for (std::size_t i = 0; i < Window::OpenOnes().size(); ++i)
+    Screen::Current().Present(*Ref<Window>(Window::OpenOnes()[i]));
 }
 
 void Application::RunEventLoop() {

@@ -116,7 +116,7 @@ void EventLoop::Deliver(std::function<void()> event) {
   State& loop = TheLoop();
   if (loop.quitting) return;
   if (loop.handlers > 0 || Baton::HeldHere()) {
-    loop.deferred.push_back(std::move(event));
+    Admit([&] { loop.deferred.push_back(std::move(event)); });
     return;
   }
   const Baton::Turn turn;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdio>
+#include <exception>
 #include <functional>
 #include <memory>
 
@@ -36,6 +38,17 @@ class EventLoop {
   /// After `Toolkit::Wake`: hands what has changed to the screen, runs what was posted, leaves the loop when
   /// its end has been asked for.
   static void RunPending();
+
+  /// Takes an event over from a toolkit, through whose code no exception may pass: one that there is no
+  /// memory for is lost, and standard error says so.
+  template <class F>
+  static void Admit(F&& event) {
+    try {
+      event();
+    } catch (const std::exception& exception) {
+      std::fprintf(stderr, "An event was lost: %s\n", exception.what());
+    }
+  }
 
   // --- What the rest of the framework asks of it ----------------------------------------------------------
 

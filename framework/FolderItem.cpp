@@ -74,7 +74,7 @@ Ref<FolderItem> FolderItem::Child(const String& name) const {
 }
 
 bool FolderItem::Exists() const {
-  return access(path_.c_str(), F_OK) == 0;
+  return access(path_.c_str(), F_OK) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {

@@ -43,18 +43,20 @@ void EnableItems(const MenuItem& parent, const Ref<Window>& front) {
 }  // namespace
 
 void Menus::Refresh(const Ref<Window>& front) {
-  EventLoop::Deliver([front] {
+  const auto refresh = [front] {
     const Ref<Application> application = Application::Current();
     if (application->MenuBar) EnableItems(*application->MenuBar, front);
     application->Event_EnableMenuItems();
-  });
+  };
+  EventLoop::Admit([&] { EventLoop::Deliver(refresh); });
 }
 
 void Menus::Choose(const Ref<MenuItem>& item, const Ref<Window>& front) {
-  EventLoop::Deliver([item, front] {
+  const auto choose = [item, front] {
     if (!item->Enabled) return;
     if (front && front->IsOpen() && front->Handlers().Run(item->Name)) return;
     if (Application::Current()->Handlers().Run(item->Name) || item->Event_Action()) return;
     if (const EditItem* edit = EditItemNamed(item->Name)) EventLoop::Toolkit()->Edit(edit->command);
-  });
+  };
+  EventLoop::Admit([&] { EventLoop::Deliver(choose); });
 }

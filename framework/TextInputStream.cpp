@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -15,6 +17,7 @@ constexpr std::size_t kLongestLine = 64 * 1024;
 /// The next byte, -1 at the end.
 int TextInputStream::NextByte() {
   if (position_ == buffer_.size()) {
+    if (!file_) return -1;
     buffer_.resize(kBufferSize);
     ssize_t got;
     do {
@@ -22,6 +25,8 @@ int TextInputStream::NextByte() {
     } while (got < 0 && errno == EINTR);
     buffer_.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     position_ = 0;
+    if (got < 0) std::fprintf(stderr, "A file could not be read to its end: %s.\n", std::strerror(errno));
+    if (got <= 0) file_.Close();
     if (buffer_.empty()) return -1;
   }
   return static_cast<unsigned char>(buffer_[position_++]);

@@ -6,9 +6,9 @@
 #include "framework/Pipe.h"
 #include "framework/String.h"
 
-/// Reads a text file line by line. Errors go unnoticed: they read as the end of the file. So does a line of
-/// more than 64 KiB, which no text file has: whoever asks for a few lines waits for no more than a few of
-/// these. The file is closed with the last reference.
+/// Reads a text file line by line. Errors read as the end of the file, and standard error tells of them. So
+/// does a line of more than 64 KiB, which no text file has: whoever asks for a few lines waits for no more
+/// than a few of these. The file is closed with the last reference.
 class TextInputStream : public Object {
  public:
   explicit TextInputStream(Descriptor file) : file_(std::move(file)) {}

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <string_view>
 
 namespace {
@@ -38,13 +40,13 @@ void TextOutputStream::Close() {
   const off_t oldSize = std::max<off_t>(lseek(fd, 0, SEEK_END), 0);
   const std::string old = ReadAtStart(fd, text_.size());
   const std::size_t written = WriteAtStart(fd, text_);
-  off_t size = static_cast<off_t>(text_.size());
-  if (written < text_.size()) {
+  if (written < text_.size() || ftruncate(fd, static_cast<off_t>(written)) != 0) {
+    std::fprintf(stderr, "A file could not be written: %s.\n", std::strerror(errno));
     const std::string_view lost = std::string_view(old).substr(0, written);
     const bool known = lost.size() == std::min(written, static_cast<std::size_t>(oldSize));
     const bool restored = known && WriteAtStart(fd, lost) == lost.size();
-    size = restored ? oldSize : 0;  // nothing is better than a mixture
+    // Nothing is better than a mixture.
+    [[maybe_unused]] const int failed = ftruncate(fd, restored ? oldSize : 0);
   }
-  [[maybe_unused]] const int failed = ftruncate(fd, size);
   file_.Close();
 }

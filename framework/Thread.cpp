@@ -45,6 +45,9 @@ Thread* Thread::Current() {
 void Thread::Run() {
   if (running_) throw ThreadAlreadyRunningException();
   Join(std::exchange(leaving, {}));
+  // Once the thread runs, nothing of this is in need of memory.
+  running.reserve(running.size() + 1);
+  leaving.reserve(leaving.size() + running.size() + 1);
   Pipe kill = Pipe::Open();
   if (kill.ReadFd() < 0 || kill.WriteFd() < 0) CannotRun(errno);
   try {
