@@ -62,6 +62,9 @@ class Listbox : public TextControl {
   Property<String> BoldRowMeans{this}, ItalicRowMeans{this};
   /// What assistive technology calls the columns, separated by commas; empty to say nothing of them.
   Property<String> AccessibleHeadings{this};
+  /// What it says as a thread of the window begins to fill the list, and the word for one row and for
+  /// several, separated by a comma, with which it counts them at the end; empty to say nothing.
+  Property<String> AccessibleStart{this}, AccessibleRows{this};
 
   /// After the selection has changed.
   std::function<void(Ref<Listbox>)> Change;

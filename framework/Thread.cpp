@@ -13,6 +13,7 @@
 
 #include "framework/Baton.h"
 #include "framework/Callback.h"
+#include "framework/MainThread.h"
 
 namespace {
 
@@ -60,6 +61,7 @@ void Thread::Run() {
   killed_ = suspended_ = lookUp_ = false;
   sleep_ = 0;
   running.push_back(this);
+  MainThread::Current().HearOfThread();
 }
 
 void Thread::Body() {
@@ -76,6 +78,12 @@ void Thread::Body() {
   if (thread_.joinable()) leaving.push_back(std::move(thread_));
   kill_ = Pipe();
   running_ = false;
+  MainThread::Current().HearOfThread();
+}
+
+bool Thread::RunsFor(const ::Window& window) {
+  return std::any_of(running.begin(), running.end(),
+                     [&](const Thread* thread) { return thread->Window == &window; });
 }
 
 void Thread::LookUp() {

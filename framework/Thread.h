@@ -45,6 +45,9 @@ class Thread : public Object {
   /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
   [[noreturn]] void Unwind();
 
+  /// Whether a thread that belongs to this window runs.
+  static bool RunsFor(const ::Window& window);
+
   /// Kills all running threads but the one this code runs on.
   static void KillAll();
   /// Kills all running threads and waits until they and all that ran before are gone. Called without the

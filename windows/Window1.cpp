@@ -69,6 +69,8 @@ void Window1::_CreateControls0() {
   table->AccessibleName = "Disks and partitions";
   table->BoldRowMeans = "mounted";
   table->ItalicRowMeans = "not mounted";
+  table->AccessibleStart = "Scanning";
+  table->AccessibleRows = "volume,volumes";
   table->DoubleClick = Handler(&Window1::ListBox2_DoubleClick);
   table->Change = Handler(&Window1::ListBox2_Change);
 

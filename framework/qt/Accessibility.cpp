@@ -2,7 +2,12 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QElapsedTimer>
+#include <QPointer>
 #include <QTableView>
+#include <QTimer>
+#include <utility>
+#include <vector>
 
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/LabelView.h"
@@ -12,18 +17,82 @@
 
 namespace {
 
-/// A window. One that takes no focus tells what goes on, and is read when it comes up.
+using namespace std::chrono_literals;
+
+constexpr auto kAskedFor = 5s;    // in which a screen reader asks what a notice says
+constexpr auto kConnecting = 1s;  // from Qt's word that somebody listens until events really go out
+constexpr auto kStarting = 10s;   // in which somebody who listens has been connected
+
+/// Nothing to be seen. It says its name as it comes up, which is an event that screen readers do not drop.
+class Notice final : public QWidget {
+ public:
+  Notice(QWidget& window, const QString& text) : QWidget(&window) {
+    resize(0, 0);
+    setAccessibleName(text);
+    show();
+    QTimer::singleShot(kAskedFor, this, &QObject::deleteLater);
+  }
+};
+
+/// Says things, and keeps what is to be said before anybody can hear it.
+class Speaker final : public QObject, public QAccessible::ActivationObserver {
+ public:
+  Speaker() { sinceStart_.start(); }
+
+  void Say(QWidget& window, const QString& text) {
+    ++times_;
+    if (connected_)
+      new Notice(window, text);
+    else if (QAccessible::isActive() || !sinceStart_.hasExpired(kStarting / 1ms))
+      kept_.push_back({&window, text});
+  }
+  int Times() const { return times_; }
+
+  void accessibilityActiveChanged(bool active) override {
+    connected_ = false;
+    if (active) QTimer::singleShot(kConnecting, this, &Speaker::SayKept);
+  }
+
+ private:
+  struct Kept {
+    QPointer<QWidget> window;
+    QString text;
+  };
+
+  void SayKept() {
+    connected_ = QAccessible::isActive();
+    for (const Kept& kept : std::exchange(kept_, {}))
+      if (kept.window && connected_) new Notice(*kept.window, kept.text);
+  }
+
+  QElapsedTimer sinceStart_;
+  bool connected_ = false;
+  std::vector<Kept> kept_;
+  int times_ = 0;
+};
+
+Speaker& TheSpeaker() {
+  static auto& speaker = *new Speaker;  // windows may go after statics
+  return speaker;
+}
+
+/// A window. One that takes no focus waits for no answer, as a dialogue does, and is called by what it says,
+/// which its title need not tell.
 class AccessibleWindow final : public QAccessibleWidget {
  public:
   explicit AccessibleWindow(WindowView& window) : QAccessibleWidget(&window), window_(window) {}
 
   QAccessible::Role role() const override {
-    if (!window_.windowFlags().testFlag(Qt::Dialog)) return QAccessible::Window;
-    return window_.testAttribute(Qt::WA_ShowWithoutActivating) ? QAccessible::Notification
-                                                               : QAccessible::Dialog;
+    return window_.windowFlags().testFlag(Qt::Dialog) && !Passive() ? QAccessible::Dialog
+                                                                    : QAccessible::Window;
+  }
+  QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Name && Passive() ? window_.Words() : QAccessibleWidget::text(kind);
   }
 
  private:
+  bool Passive() const { return window_.testAttribute(Qt::WA_ShowWithoutActivating); }
+
   WindowView& window_;
 };
 
@@ -61,6 +130,19 @@ class AccessibleLabel final : public QAccessibleWidget {
     else
       QAccessibleWidget::doAction(name);
   }
+  /// A hint is read with the control that it belongs to. Without a relation it would be read with the page
+  /// too.
+  QVector<std::pair<QAccessibleInterface*, QAccessible::Relation>> relations(
+      QAccessible::Relation match) const override {
+    auto related = QAccessibleWidget::relations(match);
+    if (!match.testFlag(QAccessible::Controlled) || label_.Whole().isEmpty()) return related;
+    for (const QObject* sibling : label_.parent()->children())
+      if (const auto* widget = qobject_cast<const QWidget*>(sibling);
+          widget && widget->accessibleDescription() == label_.Whole())
+        related.emplace_back(QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget)),
+                             QAccessible::Controlled);
+    return related;
+  }
 
  private:
   LabelView& label_;
@@ -68,6 +150,8 @@ class AccessibleLabel final : public QAccessibleWidget {
 
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
   if (auto* window = dynamic_cast<WindowView*>(object)) return new AccessibleWindow(*window);
+  if (auto* notice = dynamic_cast<Notice*>(object))
+    return new QAccessibleWidget(notice, QAccessible::Notification);
   if (auto* page = dynamic_cast<TabPage*>(object)) return new QAccessibleWidget(page, QAccessible::Grouping);
   if (auto* wheel = dynamic_cast<WheelView*>(object)) return new AccessibleWheel(*wheel);
   if (auto* canvas = dynamic_cast<CanvasView*>(object))
@@ -80,10 +164,24 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
 
 void InstallAccessibility() {
   QAccessible::installFactory(MakeInterface);
+  QAccessible::installActivationObserver(&TheSpeaker());
+}
+
+void Say(QWidget& window, const QString& text) {
+  TheSpeaker().Say(window, text);
+}
+
+int TimesSaid() {
+  return TheSpeaker().Times();
 }
 
 void SetAccessibleName(QWidget& widget, const QString& name) {
   if (widget.accessibleName() != name) widget.setAccessibleName(name);
+}
+
+void TellOfFocus(QWidget& widget) {
+  QAccessibleEvent event(&widget, QAccessible::Focus);
+  QAccessible::updateAccessibility(&event);
 }
 
 void TellOfRow(QTableView& list, int row, QAccessible::Event what) {

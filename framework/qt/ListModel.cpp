@@ -19,6 +19,7 @@ Qt::Alignment ToQtAlignment(int alignment) {
 
 void ListModel::Copy(Listbox& list, Scope scope) {
   const Listbox::Changes changes = list.TakeChanges();
+  newMeaning_.clear();
   boldMeans_ = OneLine(list.BoldRowMeans);
   italicMeans_ = OneLine(list.ItalicRowMeans);
   headings_ = OneLine(list.AccessibleHeadings).split(',');
@@ -39,8 +40,12 @@ void ListModel::CopyAll(const Listbox& list) {
 void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) {
   const int had = rowCount();
   const int end = std::min(changes.EndStale, had);
-  for (int row = changes.FirstStale; row < end; ++row)
-    rows_[static_cast<std::size_t>(row)] = CopyRow(list.RowData(row));
+  for (int row = changes.FirstStale; row < end; ++row) {
+    Row& copy = rows_[static_cast<std::size_t>(row)];
+    const QString meaning = copy.empty() ? QString() : Meaning(copy.front());
+    copy = CopyRow(list.RowData(row));
+    if (!meaning.isEmpty() && meaning != Meaning(copy.front())) newMeaning_.push_back(row);
+  }
   if (changes.FirstStale < end) emit dataChanged(index(changes.FirstStale, 0), index(end - 1, columns_ - 1));
   if (list.ListCount() == had) return;
   beginInsertRows({}, had, list.ListCount() - 1);
@@ -100,8 +105,12 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
   return headings_.value(section);
 }
 
+QString ListModel::Meaning(const Cell& cell) const {
+  return cell.bold ? boldMeans_ : cell.italic ? italicMeans_ : QString();
+}
+
 QString ListModel::AccessibleText(const Cell& cell, int column) const {
-  const QString& meaning = cell.bold ? boldMeans_ : cell.italic ? italicMeans_ : QString();
+  const QString meaning = Meaning(cell);
   if (column > 0 || meaning.isEmpty()) return cell.text;
   return cell.text.isEmpty() ? meaning : cell.text + ", " + meaning;
 }

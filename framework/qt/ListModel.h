@@ -15,6 +15,8 @@ class ListModel final : public QAbstractTableModel {
   /// Copies what has changed in the list; with `kAll`, every row. With the baton.
   enum class Scope { kChanges, kAll };
   void Copy(Listbox& list, Scope scope);
+  /// The rows of the last copy whose style had a meaning and now has another.
+  const std::vector<int>& RowsWithNewMeaning() const { return newMeaning_; }
   /// The font of plain cells.
   void SetFont(const QFont& font);
 
@@ -37,9 +39,11 @@ class ListModel final : public QAbstractTableModel {
   void CopyAll(const Listbox& list);
   void CopyStale(const Listbox& list, const Listbox::Changes& changes);
   const Cell* At(const QModelIndex& index) const;
+  QString Meaning(const Cell& cell) const;
   QString AccessibleText(const Cell& cell, int column) const;
 
   std::vector<Row> rows_;
+  std::vector<int> newMeaning_;
   int columns_ = 0;
   std::array<QFont, 4> fonts_;  // plain, bold, italic, both
   QString boldMeans_, italicMeans_;

@@ -69,6 +69,8 @@ void ListView::CopyOwn() {
   if (control_->Visible) {
     model_.Copy(*control_, rowsBehind_ ? ListModel::Scope::kAll : ListModel::Scope::kChanges);
     generation_ = control_->Generation();
+    for (const int row : model_.RowsWithNewMeaning())
+      Say(*window(), model_.index(row, 0).data(Qt::AccessibleTextRole).toString());
   }
   rowsBehind_ = !control_->Visible;
   CopyColumns();

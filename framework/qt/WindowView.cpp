@@ -1,16 +1,22 @@
 #include "framework/qt/WindowView.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QShortcut>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <utility>
 
 #include "framework/EventLoop.h"
+#include "framework/Listbox.h"
+#include "framework/Thread.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
+#include "framework/qt/LabelView.h"
 #include "framework/qt/TabPanelView.h"
 
 namespace {
@@ -24,10 +30,17 @@ Qt::WindowFlags FlagsOf(const Window& window) {
   return flags;
 }
 
+/// Opens a menu at its first item: a screen reader loses its way in one of which no item is active.
+void OpenMenu(QMenuBar& bar, QAction& menu) {
+  bar.setActiveAction(&menu);
+  for (QAction* item : menu.menu()->actions())
+    if (item->isEnabled() && !item->isSeparator()) return menu.menu()->setActiveAction(item);
+}
+
 }  // namespace
 
 WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front)
-    : window_(window) {
+    : window_(window), owner_(const_cast<WindowView*>(owner)) {
   SetFlags(owner);
   if (window->MenuBar && !kOneBarForAll) {
     bar_ = new QMenuBar(this);
@@ -40,11 +53,11 @@ WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const
 }
 
 void WindowView::EnterMenus() {
-  for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyRelease}) {
+  for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
     QKeyEvent alt(type, Qt::Key_Alt, Qt::AltModifier);
     QCoreApplication::sendEvent(this, &alt);
   }
-  bar_->setActiveAction(bar_->actions().value(0));
+  OpenMenu(*bar_, *bar_->actions().front());
 }
 
 void WindowView::BorrowMenus(const WindowView& owner) {
@@ -52,10 +65,21 @@ void WindowView::BorrowMenus(const WindowView& owner) {
   if (isModal()) return;
   const QList<QAction*> menus = owner.bar_->actions();
   for (QAction* menu : menus) {
-    const auto open = [bar = owner.bar_, menu] { bar->setActiveAction(menu); };
+    const auto open = [bar = owner.bar_, menu] { OpenMenu(*bar, *menu); };
     OnKey(QKeySequence::mnemonic(menu->text()), open);
     if (menu == menus.front()) OnKey(Qt::Key_F10, open);
+    connect(menu->menu(), &QMenu::aboutToHide, this, [this, bar = QPointer(owner.bar_)] {
+      QTimer::singleShot(0, this, [this, bar] { LeaveMenus(bar); });
+    });
   }
+}
+
+/// Escape leaves the keyboard with the bar, where it would stay, as the bar's window is not in front.
+void WindowView::LeaveMenus(QMenuBar* bar) {
+  if (!bar || !isActiveWindow() || QApplication::activePopupWidget()) return;
+  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+  QCoreApplication::sendEvent(bar, &escape);
+  if (QWidget* focus = focusWidget()) TellOfFocus(*focus);
 }
 
 void WindowView::SetFlags(const WindowView* owner) {
@@ -68,7 +92,12 @@ void WindowView::SetFlags(const WindowView* owner) {
 
 void WindowView::Copy() {
   if (menus_) menus_->Copy();
-  if (!window_->TakeStale()) return;
+  SayWork();
+  if (window_->TakeStale()) CopyParts();
+  timesSaid_ = TimesSaid();
+}
+
+void WindowView::CopyParts() {
   copying_ = true;
   CopyTitle();
   CopyColor();
@@ -76,6 +105,41 @@ void WindowView::Copy() {
   CopyControls();
   CopyShown();
   copying_ = false;
+  SayWords();
+}
+
+QString WindowView::Words() const {
+  std::vector<LabelView*> labels;
+  for (ControlView* view : views_)
+    if (auto* label = dynamic_cast<LabelView*>(view)) labels.push_back(label);
+  std::stable_sort(labels.begin(), labels.end(),
+                   [](const LabelView* a, const LabelView* b) { return a->y() < b->y(); });
+  QStringList words;
+  for (const LabelView* label : labels) words += label->Whole();
+  return words.join(' ').simplified();
+}
+
+void WindowView::SayWords() {
+  if (!owner_ || !isVisible() || !testAttribute(Qt::WA_ShowWithoutActivating)) return;
+  const QString words = Words();
+  if (words != said_) Say(*owner_, words);
+  said_ = words;
+}
+
+/// A window that has come up for the work says the start itself.
+void WindowView::SayWork() {
+  const bool working = Thread::RunsFor(*window_);
+  const bool changed = working != std::exchange(working_, working);
+  const bool heard = TimesSaid() != timesSaid_;
+  for (const auto& control : window_->Controls()) {
+    const auto list = changed ? Cast<Listbox>(control) : nullptr;
+    if (!list || EventLoop::Quitting()) continue;
+    const QStringList rows = OneLine(list->AccessibleRows).split(',');
+    const QString start = OneLine(list->AccessibleStart);
+    if (working && !heard && !start.isEmpty()) Say(*this, start);
+    if (!working && rows.size() == 2)
+      Say(*this, QString("%1 %2").arg(list->ListCount()).arg(rows[list->ListCount() == 1 ? 0 : 1]));
+  }
 }
 
 void WindowView::CopyTitle() {

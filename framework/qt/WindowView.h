@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QKeySequence>
+#include <QPointer>
 #include <QRect>
 #include <QWidget>
 #include <functional>
@@ -23,6 +24,8 @@ class WindowView final : public QWidget {
   WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front);
 
   const Ref<Window>& Shown() const { return window_; }
+  /// What its labels say, from the top down.
+  QString Words() const;
 
   /// Copies what has changed in the window and its controls.
   void Copy();
@@ -40,16 +43,22 @@ class WindowView final : public QWidget {
 
  private:
   void SetFlags(const WindowView* owner);
+  void CopyParts();
   void CopyTitle();
   void CopyColor();
   void CopyGeometry();
   void CopyControls();
   void CopyShown();
+  /// Has assistive technology say what a person sees: the words of a window that takes no focus, and work
+  /// that begins and ends.
+  void SayWords();
+  void SayWork();
   ControlView* MakeView(const Ref<Control>& control);
   /// Has the keyboard in the menu bar, as a tap on Alt would, with the first menu open.
   void EnterMenus();
   /// Has the keys of the owner's menus work here too.
   void BorrowMenus(const WindowView& owner);
+  void LeaveMenus(QMenuBar* bar);
   /// A key of the whole window.
   void OnKey(const QKeySequence& key, std::function<void()> action);
   void Arrange();
@@ -62,6 +71,7 @@ class WindowView final : public QWidget {
   void ReportGeometry();
 
   const Ref<Window> window_;
+  const QPointer<QWidget> owner_;  // a sheet's or a modal window's
   QMenuBar* bar_ = nullptr;
   std::unique_ptr<MenuView> menus_;
   QWidget content_{this};
@@ -72,4 +82,8 @@ class WindowView final : public QWidget {
   int shows_ = 0;
   static inline bool copying_ = false;  // any of the windows
   bool painted_ = false;
+
+  QString said_;          // its words
+  bool working_ = false;  // a thread of the window runs
+  int timesSaid_ = 0;     // by any window, as of the last copy
 };
