@@ -1,7 +1,6 @@
 #include "linux/ContentProbe.h"
 
 #include <blkid/blkid.h>
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
@@ -13,11 +12,6 @@
 
 namespace diskutil {
 namespace {
-
-// Without O_NONBLOCK the open of an optical drive waits for its tray.
-int OpenForReading(const std::string& node) {
-  return open(node.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-}
 
 struct FreeProbe {
   void operator()(blkid_probe probe) const { blkid_free_probe(probe); }
@@ -34,7 +28,7 @@ std::string Value(const Probe& probe, const char* name) {
 }  // namespace
 
 void ProbeContent(Device& device) {
-  const FileDescriptor file(OpenForReading(device.node));
+  const FileDescriptor file = OpenForReading(device.node);
   const Probe probe(blkid_new_probe());
   if (!file || !probe || blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return;
   blkid_probe_enable_superblocks(probe.get(), 1);
@@ -55,7 +49,7 @@ void ProbeContent(Device& device) {
 CaseRule ReadCaseRule(const std::string& node) {
   constexpr off_t kVolumeHeader = 1024;
   std::array<char, 2> signature{};
-  const FileDescriptor file(OpenForReading(node));
+  const FileDescriptor file = OpenForReading(node);
   if (!file || pread(file.Number(), signature.data(), signature.size(), kVolumeHeader) !=
                    static_cast<ssize_t>(signature.size())) {
     return CaseRule::kInsensitive;

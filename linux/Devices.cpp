@@ -1,6 +1,5 @@
 #include "linux/Devices.h"
 
-#include <fcntl.h>
 #include <libudev.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -54,7 +54,7 @@ std::uint64_t Number(std::string_view text) {
 
 // A number the kernel keeps for a block device: `attribute` is a file in its folder. 0 when there is none.
 std::uint64_t KernelNumber(const std::string& folder, const char* attribute) {
-  const FileDescriptor file(open((folder + "/" + attribute).c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor file = OpenForReading(folder + "/" + attribute);
   std::array<char, 24> text{};
   const ssize_t length = file ? read(file.Number(), text.data(), text.size()) : -1;
   return length > 0 ? Number({text.data(), static_cast<std::size_t>(length)}) : 0;
@@ -106,7 +106,11 @@ std::optional<Found> Read(udev* context, std::string_view name) {
   const std::uint64_t bytes = KernelNumber(folder, "size") * kSector;
   if (bytes == 0) return std::nullopt;
   const Counted<udev_device> source(udev_device_new_from_syspath(context, folder.c_str()));
-  if (!source || !udev_device_get_devnode(source.get())) return std::nullopt;
+  if (!source || !udev_device_get_devnode(source.get())) {
+    // A device that has just gone; but libudev says the same when it could not read what is there.
+    if (access((folder + "/uevent").c_str(), F_OK) != 0) return std::nullopt;
+    throw std::runtime_error("Could not read " + folder);
+  }
 
   Found found;
   found.path = View(udev_device_get_syspath(source.get()));

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <system_error>
 
 namespace diskutil {
 
@@ -20,5 +25,16 @@ class FileDescriptor {
  private:
   int number_;
 };
+
+/// Opens a file or a device; nothing when it is not there or may not be read. Throws std::system_error when
+/// it is we who have no descriptor or no memory left: that says nothing about the file. A device is not
+/// waited for, as the open of an optical drive otherwise waits for its tray.
+inline FileDescriptor OpenForReading(const std::string& path) {
+  const int number = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (number < 0 && (errno == EMFILE || errno == ENFILE || errno == ENOMEM)) {
+    throw std::system_error(errno, std::generic_category(), "Could not read " + path);
+  }
+  return FileDescriptor(number);
+}
 
 }  // namespace diskutil

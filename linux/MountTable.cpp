@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <new>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -36,9 +37,11 @@ Numbers BtrfsMembers(dev_t device) {
       unsigned major = 0;
       unsigned minor = 0;
       char colon = 0;
-      if (std::ifstream(member.path() / "dev") >> major >> colon >> minor) {
-        members.push_back(makedev(major, minor));
+      std::ifstream file(member.path() / "dev");
+      if (!(file >> major >> colon >> minor)) {
+        throw std::runtime_error("Could not read " + member.path().string());
       }
+      members.push_back(makedev(major, minor));
     }
     if (std::ranges::find(members, device) != members.end()) return members;
   }

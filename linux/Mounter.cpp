@@ -1,6 +1,5 @@
 #include "linux/Mounter.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -28,7 +27,7 @@ bool IsStillThere(const Device& device) {
 // As long as a device is open, its name goes to no other disk, and services go by the name. Opens nothing
 // where we may not; then a disk can be replaced between a look at its number and the use of its name.
 FileDescriptor HoldName(const Device& device) {
-  return FileDescriptor(open(device.node.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  return OpenForReading(device.node);
 }
 
 // "Volume Backup on disk7s2", the beginning of every line that tells of a success.

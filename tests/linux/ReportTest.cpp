@@ -1,6 +1,7 @@
 // What `list` and `info` print of mocked disks.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <string>
 
@@ -21,6 +22,25 @@ TEST(Report, ListsEveryDiskThatHoldsAMedium) {
   const Outcome list = Diskutil({"LIST"});
   EXPECT_EQ(list.status, 0);
   EXPECT_EQ(list.text, TestData("list.txt"));
+}
+
+TEST(Report, ListsAllOrSaysThatItCannot) {
+  const Testbed bed;
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  int failures = 0;
+  Outcome list;
+  for (limit.rlim_cur = 0; list.text != TestData("list.txt") && limit.rlim_cur < 100; ++limit.rlim_cur) {
+    rlimit whole{};
+    getrlimit(RLIMIT_NOFILE, &whole);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    list = Diskutil({"list"});
+    setrlimit(RLIMIT_NOFILE, &whole);
+    failures += list.status;
+    ASSERT_TRUE(list.status == 1 || list.text == TestData("list.txt")) << limit.rlim_cur << list.text;
+  }
+  EXPECT_EQ(list.status, 0);
+  EXPECT_GT(failures, 3);
 }
 
 TEST(Report, InfoTellsTheMountedStateInSpiteOfTheName) {
