@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "linux/ContentProbe.h"
 #include "linux/FileDescriptor.h"
@@ -139,36 +140,73 @@ std::optional<Found> Read(udev* context, std::string_view name) {
   return found;
 }
 
+constexpr const char* kBlockDevices = "/sys/class/block";
+
+bool IsMainMemory(std::string_view name) {
+  return name.starts_with("ram") || name.starts_with("zram");
+}
+
+// A partition stands in the folder of its disk and takes after it.
+void Inherit(Device& partition, const Device& disk) {
+  partition.id.disk = disk.id.disk;
+  partition.removable = disk.removable;
+  partition.protocol = disk.protocol;
+  partition.external = disk.external;
+  partition.origin = disk.origin;
+}
+
+std::string_view ParentFolder(std::string_view path) {
+  return path.substr(0, path.rfind('/'));
+}
+
 // Everything udev tells, in order of the identifiers. We go through the kernel's folder ourselves: libudev's
 // own enumeration makes an object of every empty loop device, and takes as long for that as for all the rest.
 std::vector<Found> Enumerate() {
   const Counted<udev> context(udev_new());
   if (!context) throw std::bad_alloc();
   std::vector<Found> all;
-  for (const auto& entry : std::filesystem::directory_iterator("/sys/class/block")) {
+  for (const auto& entry : std::filesystem::directory_iterator(kBlockDevices)) {
     const std::string name = entry.path().filename();
-    if (name.starts_with("ram") || name.starts_with("zram")) continue;
+    if (IsMainMemory(name)) continue;
     if (auto found = Read(context.get(), name)) all.push_back(std::move(*found));
   }
 
-  // A partition stands in the folder of its disk and takes after it.
   std::map<std::string_view, const Device*> disks;
   for (const Found& found : all) {
     if (found.device.id.partition == 0) disks.emplace(found.path, &found.device);
   }
   for (auto& [path, device, described] : all) {
     if (device.id.partition == 0) continue;
-    const auto disk = disks.find(std::string_view(path).substr(0, path.rfind('/')));
-    if (disk == disks.end()) continue;
-    device.id.disk = disk->second->id.disk;
-    device.removable = disk->second->removable;
-    device.protocol = disk->second->protocol;
-    device.external = disk->second->external;
-    device.origin = disk->second->origin;
+    const auto disk = disks.find(ParentFolder(path));
+    if (disk != disks.end()) Inherit(device, *disk->second);
   }
   std::erase_if(all, [](const Found& found) { return found.device.id.disk == 0; });
   std::ranges::sort(all, {}, [](const Found& found) { return found.device.id; });
   return all;
+}
+
+std::uint64_t SequenceOf(const std::string& name) {
+  return KernelNumber(std::string(kBlockDevices) + "/" + name, "diskseq");
+}
+
+// The kernel's name of the disk with this sequence number, or nothing. udev's link may be old or missing (it
+// makes them since version 251): the kernel's number decides, and without a link we look at all disks for it.
+std::string DiskName(std::uint64_t sequence) {
+  std::error_code failed;
+  const std::filesystem::path link = "/dev/disk/by-diskseq/" + std::to_string(sequence);
+  std::string name = std::filesystem::read_symlink(link, failed).filename();
+  if (!name.empty() && SequenceOf(name) == sequence) return name;
+  for (const auto& entry : std::filesystem::directory_iterator(kBlockDevices)) {
+    name = entry.path().filename();
+    if (SequenceOf(name) == sequence) return name;
+  }
+  return {};
+}
+
+// The kernel's name of a partition: sda2, but loop0p2.
+std::string PartitionName(const std::string& disk, std::uint32_t partition) {
+  const bool endsInDigit = disk.back() >= '0' && disk.back() <= '9';
+  return disk + (endsInDigit ? "p" : "") + std::to_string(partition);
 }
 
 // Adds what only the device itself can tell. Opens it no more often than that takes.
@@ -189,10 +227,23 @@ std::vector<Device> ListDevices() {
 }
 
 std::optional<Device> FindDevice(const Identifier& id) {
-  for (Found& found : Enumerate()) {
-    if (found.device.id == id) return Complete(std::move(found));
+  const std::string name = id.disk != 0 ? DiskName(id.disk) : "";
+  if (name.empty() || IsMainMemory(name)) return std::nullopt;
+  const Counted<udev> context(udev_new());
+  if (!context) throw std::bad_alloc();
+  const auto disk = Read(context.get(), name);
+  if (!disk) return std::nullopt;
+  auto found = disk;
+  if (id.partition != 0) {
+    found = Read(context.get(), PartitionName(name, id.partition));
+    if (!found || ParentFolder(found->path) != disk->path) return std::nullopt;
+    Inherit(found->device, disk->device);
   }
-  return std::nullopt;
+  if (found->device.id != id) return std::nullopt;
+  Device device = Complete(std::move(*found));
+  // Another disk may have taken the name while we were reading.
+  if (SequenceOf(name) != id.disk) return std::nullopt;
+  return device;
 }
 
 std::optional<Identifier> IdentifierOf(dev_t number) {
