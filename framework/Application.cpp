@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -15,6 +14,7 @@
 
 #include "framework/Baton.h"
 #include "framework/Callback.h"
+#include "framework/CleanStart.h"
 #include "framework/EventLoop.h"
 #include "framework/FolderItem.h"
 #include "framework/QuitMenuItem.h"
@@ -78,8 +78,7 @@ void Application::Register(const Ref<Application>& application) {
 }
 
 void Application::Start(int& argc, char** argv) {
-  // A command that ends early must not end us with it.
-  std::signal(SIGPIPE, SIG_IGN);
+  CleanStart();
   TheRun().mainThread = std::this_thread::get_id();
   EventLoop::Start(Toolkit::Make(argc, argv),
                    [] { return Current() ? Current()->MenuBar : Ref<::MenuBar>(); });

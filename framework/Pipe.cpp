@@ -3,17 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace {
-
-/// `fd` itself, or a copy above the standard descriptors, which a child's redirections would overwrite.
-Descriptor AboveStandard(int fd) {
-  if (fd < 0 || fd > 2) return Descriptor(fd);
-  const Descriptor low(fd);
-  return Descriptor(fcntl(fd, F_DUPFD_CLOEXEC, 3));
-}
-
-}  // namespace
-
 void Descriptor::Close() {
   if (fd_ >= 0) close(std::exchange(fd_, -1));
 }
@@ -28,7 +17,7 @@ Pipe Pipe::Open() {
 #endif
   Pipe opened;
   if (failed) return opened;
-  opened.read_ = AboveStandard(ends[0]);
-  opened.write_ = AboveStandard(ends[1]);
+  opened.read_ = Descriptor(ends[0]);
+  opened.write_ = Descriptor(ends[1]);
   return opened;
 }

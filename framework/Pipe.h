@@ -22,7 +22,7 @@ class Descriptor {
   int fd_ = -1;
 };
 
-/// A pipe that no child inherits and whose ends are never one of the standard descriptors 0 to 2.
+/// A pipe that no child inherits.
 class Pipe {
  public:
   /// A pipe with no ends yet.

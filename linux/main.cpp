@@ -1,27 +1,15 @@
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "framework/CleanStart.h"
 #include "linux/Command.h"
 
 namespace {
-
-// A standard descriptor that was closed before we started would be given to the next file we open, a disk
-// perhaps, and our text would go there. Taken up like this, writing to it fails as it should.
-bool OccupyStandardDescriptors() {
-  int file = 0;
-  do {
-    file = open("/dev/null", O_RDONLY);
-  } while (file >= 0 && file <= STDERR_FILENO);
-  if (file >= 0) close(file);
-  return file >= 0;
-}
 
 bool Write(int file, std::string_view text) {
   while (!text.empty()) {
@@ -36,11 +24,10 @@ bool Write(int file, std::string_view text) {
 }  // namespace
 
 int main(int count, char** words) {
-  if (!OccupyStandardDescriptors()) {
+  if (!CleanStart()) {
     Write(STDERR_FILENO, std::string("Could not open /dev/null: ") + std::strerror(errno) + "\n");
     return 1;
   }
-  std::signal(SIGPIPE, SIG_IGN);  // A reader that has gone is an error like any other.
 
   const diskutil::Outcome outcome =
       diskutil::RunCommand({words + (count > 0 ? 1 : 0), words + count}, diskutil::Udisks());

@@ -1,8 +1,5 @@
 #include "framework/qt/QtToolkit.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <QDeadlineTimer>
 #include <QGridLayout>
 #include <QIcon>
@@ -35,13 +32,6 @@ constexpr int kMessageWidth = 260;  // pixels a message has at least
 
 constexpr QEventLoop::ProcessEventsFlags kAllButInput =
     QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents;
-
-/// A pipe must not get the number of a standard descriptor that the program was started without.
-void OpenStandardDescriptors() {
-  int fd = open("/dev/null", O_RDWR);
-  while (fd >= 0 && fd <= STDERR_FILENO) fd = open("/dev/null", O_RDWR);
-  if (fd > STDERR_FILENO) close(fd);
-}
 
 QtMessageHandler usualHandler = nullptr;
 
@@ -84,7 +74,6 @@ bool IsAddress(const QString& text) {
 }  // namespace
 
 std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
-  OpenStandardDescriptors();
   usualHandler = qInstallMessageHandler(HearOfDisplay);
   return std::make_unique<QtToolkit>(argc, argv);
 }
@@ -96,6 +85,7 @@ QtToolkit::QtToolkit(int& argc, char** argv)
       }) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
+  signals_.Listen();
   InstallAccessibility();
   QObject::connect(&program_, &QGuiApplication::commitDataRequest, &program_,
                    [] { Application::QuitFromOutside(); });
@@ -111,6 +101,7 @@ QtToolkit::QtToolkit(int& argc, char** argv)
 }
 
 QtToolkit::~QtToolkit() {
+  signals_.Close();
   views_.clear();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }

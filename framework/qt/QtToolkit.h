@@ -59,8 +59,8 @@ class QtToolkit final : public Toolkit {
   /// The text that has the focus, or had it last and still shows; nullptr for none.
   QPlainTextEdit* EditedText() const;
 
-  Program program_;
   SignalWatch signals_;
+  Program program_;
   QEventLoop loop_;
   bool ended_ = false;
 
