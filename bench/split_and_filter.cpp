@@ -19,9 +19,9 @@ struct Printed {
 };
 
 Printed Run(const std::vector<std::string>& command) {
-  ChildProcess child(command, "");
+  ChildProcess child(command, "", Outlet::kPipe);
   while (child.Advance()) {
-    pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.ExitFd(), POLLIN, 0}};
+    pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}};
     poll(fds, 2, child.Patience());
   }
   return {String(child.TakeOutput()), child.Status()};

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,109 +10,37 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <sstream>
 #ifdef __linux__
 #include <sys/syscall.h>
 #endif
 
-extern char** environ;
-
 namespace {
 
 constexpr int kGrace = 250;           // milliseconds for the output of a reaped child to reach its end
-constexpr int kPollTick = 10;         // milliseconds between two looks where an exit cannot be polled for
+constexpr int kPollTick = 10;         // milliseconds between two looks at what cannot be polled for
+constexpr int kFileTick = 100;        // milliseconds between two looks into a file that a command prints into
 constexpr int kTerminateGrace = 200;  // milliseconds between asking a child to end and forcing it
 constexpr int kKillGrace = 300;       // milliseconds to wait for a forced child, which the kernel may hold
 constexpr std::size_t kReadSize = 64 * 1024;
-constexpr std::size_t kOutputLimit = std::size_t{1} << 30;  // bytes; a command that prints more is ended
+constexpr std::size_t kOutputLimit = std::size_t{1} << 30;  // bytes; what comes behind them is dropped
 
 long long Now() {
   using namespace std::chrono;
   return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-enum class Found { kNo, kNotExecutable, kYes };
-
-Found Look(const std::string& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return Found::kNo;
-  const bool executable = S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
-  return executable ? Found::kYes : Found::kNotExecutable;
-}
-
-struct Lookup {
-  Found found;
-  std::string path;
-};
-
-Lookup FindCommand(const std::string& name, const std::string& toolFolder) {
-  if (name.find('/') != std::string::npos) return {Look(name), name};
-  Found best = Found::kNo;
-  const char* const path = std::getenv("PATH");
-  std::istringstream entries(path ? path : "");
-  std::vector<std::string> folders;
-  for (std::string folder; std::getline(entries, folder, ':');)
-    if (!folder.empty() && folder.front() == '/') folders.push_back(folder);
-  if (!toolFolder.empty()) folders.push_back(toolFolder);
-  for (const std::string& folder : folders) {
-    const std::string candidate = folder + "/" + name;
-    const Found found = Look(candidate);
-    if (found == Found::kYes) return {found, candidate};
-    best = std::max(best, found);
-  }
-  return {best, {}};
-}
-
-/// What the child gets besides its words.
-class SpawnPlan {
- public:
-  explicit SpawnPlan(int outputFd) {
-    posix_spawn_file_actions_init(&actions_);
-    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions_, outputFd, STDOUT_FILENO);
-
-    posix_spawnattr_init(&attributes_);
-    short flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK;
-#if defined(__APPLE__)
-    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
-    posix_spawn_file_actions_addinherit_np(&actions_, STDERR_FILENO);
-#elif defined(__GLIBC__)
-    posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
-#endif
-    sigset_t signals;
-    sigfillset(&signals);
-    posix_spawnattr_setsigdefault(&attributes_, &signals);
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes_, &signals);
-    posix_spawnattr_setpgroup(&attributes_, 0);
-    posix_spawnattr_setflags(&attributes_, flags);
-  }
-  ~SpawnPlan() {
-    posix_spawn_file_actions_destroy(&actions_);
-    posix_spawnattr_destroy(&attributes_);
-  }
-  SpawnPlan(const SpawnPlan&) = delete;
-  SpawnPlan& operator=(const SpawnPlan&) = delete;
-
-  int Spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& words) {
-    std::vector<char*> argv;
-    argv.reserve(words.size() + 1);
-    for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
-    argv.push_back(nullptr);
-    return posix_spawn(&pid, path.c_str(), &actions_, &attributes_, argv.data(), environ);
-  }
-
- private:
-  posix_spawn_file_actions_t actions_;
-  posix_spawnattr_t attributes_;
-};
-
 /// Has a flood come in larger pieces, with fewer turns between the command and us.
 void Widen([[maybe_unused]] int outputFd) {
 #ifdef F_SETPIPE_SZ
   constexpr int kWide = 1024 * 1024;  // bytes, which any user may ask for
   fcntl(outputFd, F_SETPIPE_SZ, kWide);
+#endif
+}
+
+/// Has the system forget a part of a file that has been read, so that a flood is not in memory twice.
+void GiveBack([[maybe_unused]] int file, [[maybe_unused]] off_t begin, [[maybe_unused]] off_t end) {
+#ifdef FALLOC_FL_PUNCH_HOLE
+  fallocate(file, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, begin, end - begin);
 #endif
 }
 
@@ -127,60 +54,68 @@ Descriptor OpenExitFd([[maybe_unused]] pid_t pid) {
 
 }  // namespace
 
-ChildProcess::ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder) {
-  if (words.empty()) return;
-  const Lookup command = FindCommand(words.front(), toolFolder);
-  if (command.found == Found::kNotExecutable) status_ = kCannotRun;
-  if (command.found == Found::kYes) Start(command.path, words);
-}
-
-void ChildProcess::Start(const std::string& path, const std::vector<std::string>& words) {
-  status_ = kCannotRun;
-  // A word with a NUL would reach the command cut short, as another word.
-  const auto holdsNul = [](const std::string& word) { return word.find('\0') != std::string::npos; };
-  if (std::any_of(words.begin(), words.end(), holdsNul)) return;
-  Pipe pipe = Pipe::Open();
-  if (pipe.ReadFd() < 0 || pipe.WriteFd() < 0) return;
-  if (SpawnPlan(pipe.WriteFd()).Spawn(pid_, path, words) != 0) {
-    pid_ = -1;
-    return;
-  }
-  output_ = pipe.TakeReadEnd();
-  fcntl(output_.Fd(), F_SETFL, O_NONBLOCK);
-  exit_ = OpenExitFd(pid_);
+bool ChildProcess::Started() {
+  auto outcome = launch_->Take();
+  if (!outcome) return false;
+  launch_.reset();
+  pid_ = group_ = outcome->pid;
+  status_ = outcome->status;
+  outlet_ = outcome->outlet;
+  output_ = std::move(outcome->output);
+  if (pid_ >= 0) exit_ = OpenExitFd(pid_);
+  return true;
 }
 
 bool ChildProcess::Advance() {
+  if (launch_ && !Started()) return true;
   if (output_) Read();
   if (pid_ >= 0 && Reap()) {
     outputDeadline_ = Now() + kGrace;
+    sizeAtExit_ = outlet_ == Outlet::kFile ? lseek(output_.Fd(), 0, SEEK_END) : 0;
     if (output_) Read();  // what it printed between the last look and its exit
   }
   if (pid_ >= 0) return true;
-  if (output_ && Now() >= outputDeadline_) output_.Close();
+  if (output_ && outlet_ == Outlet::kFile && more_ && taken_ < sizeAtExit_) return true;
+  if (output_ && (Now() >= outputDeadline_ || (outlet_ == Outlet::kFile && !GroupLives()))) output_.Close();
   return static_cast<bool>(output_);
 }
 
 int ChildProcess::Patience() const {
-  if (pid_ >= 0) return exit_ ? -1 : kPollTick;
-  return output_ ? static_cast<int>(std::max(outputDeadline_ - Now(), 0LL)) : 0;
+  if (launch_) return launch_->DoneFd() >= 0 ? -1 : 0;
+  if (more_) return 0;
+  if (pid_ >= 0) return !exit_ ? kPollTick : outlet_ == Outlet::kFile ? kFileTick : -1;
+  if (!output_) return 0;
+  const int left = static_cast<int>(std::max(outputDeadline_ - Now(), 0LL));
+  return outlet_ == Outlet::kFile ? std::min(left, kPollTick) : left;
 }
 
-/// Takes what the pipe holds now, but not more than a moment's worth, so that a flood cannot hold its reader.
+/// Takes what there is by now, but not more than a moment's worth, so that a flood cannot hold its reader.
 void ChildProcess::Read() {
+  const bool fromFile = outlet_ == Outlet::kFile;
+  const off_t from = taken_;
+  more_ = false;
   for (int round = 0; round < 16; ++round) {
-    const ssize_t got = read(output_.Fd(), text_.Room(kReadSize), kReadSize);
+    char* const room = text_.Room(kReadSize);
+    const ssize_t got =
+        fromFile ? pread(output_.Fd(), room, kReadSize, taken_) : read(output_.Fd(), room, kReadSize);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0 && errno == EAGAIN) return;
-    const std::size_t old = text_.Size();
-    if (got > 0) text_.Add(static_cast<std::size_t>(got));
-    if (old < kReadSize && text_.Size() >= kReadSize) Widen(output_.Fd());
-    if (text_.Size() > kOutputLimit) Signal(SIGKILL);
-    if (got <= 0 || text_.Size() > kOutputLimit) {
-      output_.Close();
+    if (got <= 0) {
+      if (!fromFile) output_.Close();
       return;
     }
+    const std::size_t old = text_.Size();
+    text_.Add(std::min(static_cast<std::size_t>(got), kOutputLimit - old));
+    taken_ += got;
+    if (!fromFile && old < kReadSize && text_.Size() >= kReadSize) Widen(output_.Fd());
   }
+  more_ = fromFile;
+  if (more_) GiveBack(output_.Fd(), from, taken_);
+}
+
+/// What the command has left behind, and which may still print.
+bool ChildProcess::GroupLives() const {
+  return kill(-group_, 0) == 0 || errno == EPERM;
 }
 
 bool ChildProcess::Reap() {
@@ -188,7 +123,9 @@ bool ChildProcess::Reap() {
   const pid_t reaped = waitpid(pid_, &status, WNOHANG);
   if (reaped == 0 || (reaped < 0 && errno == EINTR)) return false;
   // A child that somebody else has reaped counts as failed.
-  status_ = reaped < 0 ? kCannotRun : WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  status_ = reaped < 0          ? Launch::kCannotRun
+            : WIFEXITED(status) ? WEXITSTATUS(status)
+                                : 128 + WTERMSIG(status);
   pid_ = -1;
   exit_.Close();
   return true;
@@ -205,6 +142,11 @@ void ChildProcess::Terminate() {
       poll(&exited, 1, exit_ ? static_cast<int>(std::max(deadline - Now(), 0LL)) : kPollTick);
     }
   };
+  if (launch_) {
+    pollfd done{launch_->DoneFd(), POLLIN, 0};
+    poll(&done, 1, kTerminateGrace);
+    if (!Started()) launch_.reset();
+  }
   output_.Close();
   Signal(SIGTERM);
   waitUntil(Now() + kTerminateGrace);

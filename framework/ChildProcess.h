@@ -2,36 +2,35 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "framework/ByteBuffer.h"
+#include "framework/Launch.h"
 #include "framework/Pipe.h"
 
 /// One command as a child process: started, watched and ended, by whatever thread owns it.
 ///
 /// The child reads /dev/null, writes its standard output to us and its standard error to where ours goes, has
 /// default signal handling, an empty signal mask and a process group of its own, and inherits no other
-/// descriptor. The object never blocks but in `Terminate`.
+/// descriptor. The object never blocks but in `Terminate`, for a bounded time.
 class ChildProcess {
  public:
-  /// Statuses for a command that did not run, as shells give them.
-  static constexpr int kNotFound = 127;
-  static constexpr int kCannotRun = 126;
-
-  /// Starts `words`, the first of which is looked up on PATH (empty and relative entries are skipped) and
-  /// last in `toolFolder`. Where that fails, the process has ended at once, with one of the statuses above.
-  ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder);
-  /// Leaves a child that has not ended to itself.
+  /// Has `words` started as `Launch` says. Where that fails, the process has ended, with one of its statuses.
+  ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder, Outlet outlet)
+      : launch_(std::in_place, words, toolFolder, outlet) {}
+  /// Leaves a child that has been started and has not ended to itself.
   ~ChildProcess() = default;
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Readable, or at its end, when there is output to take; -1 once the output has ended.
-  int OutputFd() const { return output_.Fd(); }
-  /// Readable once the child has exited; -1 where the system has no such thing, or after the exit.
-  int ExitFd() const { return exit_.Fd(); }
+  /// Readable, or at its end, when there is output to take; -1 where that cannot be told or there is none.
+  int OutputFd() const { return outlet_ == Outlet::kPipe ? output_.Fd() : -1; }
+  /// Readable once the child has been started, and then once it has exited; -1 where that cannot be told, or
+  /// after the exit.
+  int StateFd() const { return launch_ ? launch_->DoneFd() : exit_.Fd(); }
 
   /// Takes what there is of output and exit. True while the command is still running: the child has not been
   /// reaped, or its output is not at its end and the grace after the exit is not over.
@@ -49,15 +48,22 @@ class ChildProcess {
   ByteBuffer TakeOutput() { return std::exchange(text_, ByteBuffer()); }
 
  private:
-  void Start(const std::string& path, const std::vector<std::string>& words);
+  bool Started();
   void Read();
+  bool GroupLives() const;
   bool Reap();
   void Signal(int signal);
 
-  pid_t pid_ = -1;  // -1 before the start and once reaped
+  std::optional<Launch> launch_;  // until the child has been started
+  pid_t pid_ = -1;                // -1 before the start and once reaped
+  pid_t group_ = -1;
+  Outlet outlet_ = Outlet::kPipe;
   Descriptor output_;
+  off_t taken_ = 0;       // bytes of the output
+  off_t sizeAtExit_ = 0;  // of a file
+  bool more_ = false;     // there is more in the file than the last look took
   Descriptor exit_;
   ByteBuffer text_;
-  int status_ = kNotFound;
+  int status_ = Launch::kNotFound;
   long long outputDeadline_ = 0;  // monotonic milliseconds, set when the child has been reaped
 };

@@ -29,7 +29,8 @@ std::vector<std::string> CutAtBlanks(const std::string& line) {
 String WaitOnThread(ChildProcess& child, const Thread& thread) {
   const Baton::Pause pause;
   while (child.Advance() && !thread.Killed()) {
-    pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.ExitFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}};
+    pollfd fds[] = {
+        {child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}};
     poll(fds, 3, child.Patience());
   }
   if (thread.Killed()) child.Terminate();
@@ -39,7 +40,7 @@ String WaitOnThread(ChildProcess& child, const Thread& thread) {
 /// The main thread keeps the baton: the handler that waits here runs to its end before any other code.
 String WaitOnMain(ChildProcess& child) {
   while (child.Advance()) {
-    MainThread::Current().WaitForInput({child.OutputFd(), child.ExitFd()}, child.Patience());
+    MainThread::Current().WaitForInput({child.OutputFd(), child.StateFd()}, child.Patience());
     MainThread::Current().LeaveWhenQuitting();
   }
   return String(child.TakeOutput());
@@ -52,7 +53,9 @@ void Shell::Execute(const String& commandLine) {
   result_.Clear();
   Thread* const thread = Thread::Current();
   if (!thread) MainThread::Current().LeaveWhenQuitting();
-  ChildProcess child(CutAtBlanks(commandLine.Utf8()), ToolFolder());
+  // A command of the main thread changes something, and goes on when we have to leave.
+  const Outlet outlet = thread ? Outlet::kPipe : Outlet::kFile;
+  ChildProcess child(CutAtBlanks(commandLine.Utf8()), ToolFolder(), outlet);
   result_ = thread ? WaitOnThread(child, *thread) : WaitOnMain(child);
   if (thread && thread->Killed()) thread->Unwind();
   errorCode_ = child.Status();

@@ -12,14 +12,15 @@ class Shell : public Object {
  public:
   /// Runs the command line and returns when the command has ended and its output is at its end. On a
   /// `Thread` the baton is given away meanwhile, and a `Kill` ends the command. On the main thread the
-  /// user's input waits, while the screen stays alive.
+  /// user's input waits, while the screen stays alive; where a quit ends that wait, the command goes on to
+  /// its own end.
   void Execute(const String& commandLine);
 
   /// Exit status of the last command, 0 to 255; 128 + n when signal n ended it; 127 when there is no such
   /// command, 126 when it cannot be run.
   int ErrorCode() const { return errorCode_; }
 
-  /// All that the last command printed on its standard output.
+  /// All that the last command printed on its standard output; the first GiB where it is more.
   const String& Result() const { return result_; }
 
  private:

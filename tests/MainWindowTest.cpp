@@ -200,7 +200,7 @@ TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
   WritePrefs(false, false, true);
   Write("unMount.held", "");
   std::thread outside([this] {
-    while (!Has("pid")) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    while (TextOf(tool_ / "pid").empty()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
     Application::QuitFromOutside();
   });
   EXPECT_EQ(RunProgram([&] {
@@ -212,7 +212,11 @@ TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
             0);
   outside.join();
   EXPECT_TRUE(ToolRuns()) << "a disk was left half unmounted";
+  Write("unMount", std::string(2'000'000, 'x'));  // more than a pipe holds, and nobody reads it
   Remove("unMount.held");
+  for (int look = 0; look < 2000 && !Has("done"); ++look)
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  EXPECT_TRUE(Has("done")) << "the tool was ended by its output";
   EXPECT_NE(ReadPrefs().find("\n# EOF\n"), std::string::npos);
 }
 

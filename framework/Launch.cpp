@@ -1,0 +1,222 @@
+#include "framework/Launch.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <sstream>
+#include <system_error>
+#include <thread>
+
+extern char** environ;
+
+namespace {
+
+std::string Environment(const char* name, const char* otherwise) {
+  const char* const value = std::getenv(name);
+  return value ? value : otherwise;
+}
+
+enum class Found { kNo, kNotExecutable, kYes };
+
+Found Look(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return Found::kNo;
+  const bool executable = S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+  return executable ? Found::kYes : Found::kNotExecutable;
+}
+
+struct Lookup {
+  Found found;
+  std::string path;
+};
+
+Lookup FindCommand(const std::string& name, const std::string& path, const std::string& toolFolder) {
+  if (name.find('/') != std::string::npos) return {Look(name), name};
+  Found best = Found::kNo;
+  std::istringstream entries(path);
+  std::vector<std::string> folders;
+  for (std::string folder; std::getline(entries, folder, ':');)
+    if (!folder.empty() && folder.front() == '/') folders.push_back(folder);
+  if (!toolFolder.empty()) folders.push_back(toolFolder);
+  for (const std::string& folder : folders) {
+    const std::string candidate = folder + "/" + name;
+    const Found found = Look(candidate);
+    if (found == Found::kYes) return {found, candidate};
+    best = std::max(best, found);
+  }
+  return {best, {}};
+}
+
+/// What the child gets besides its words.
+class SpawnPlan {
+ public:
+  explicit SpawnPlan(int outputFd) {
+    posix_spawn_file_actions_init(&actions_);
+    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions_, outputFd, STDOUT_FILENO);
+
+    posix_spawnattr_init(&attributes_);
+    short flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK;
+#if defined(__APPLE__)
+    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+    posix_spawn_file_actions_addinherit_np(&actions_, STDERR_FILENO);
+#elif defined(__GLIBC__)
+    posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
+#endif
+    sigset_t signals;
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes_, &signals);
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes_, &signals);
+    posix_spawnattr_setpgroup(&attributes_, 0);
+    posix_spawnattr_setflags(&attributes_, flags);
+  }
+  ~SpawnPlan() {
+    posix_spawn_file_actions_destroy(&actions_);
+    posix_spawnattr_destroy(&attributes_);
+  }
+  SpawnPlan(const SpawnPlan&) = delete;
+  SpawnPlan& operator=(const SpawnPlan&) = delete;
+
+  int Spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& words) {
+    std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
+    for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
+    argv.push_back(nullptr);
+    return posix_spawn(&pid, path.c_str(), &actions_, &attributes_, argv.data(), environ);
+  }
+
+ private:
+  posix_spawn_file_actions_t actions_;
+  posix_spawnattr_t attributes_;
+};
+
+Descriptor OpenNamelessFile() {
+#ifdef __linux__
+  if (Descriptor memory(memfd_create("output", MFD_CLOEXEC)); memory) return memory;
+#endif
+  std::string path = Environment("TMPDIR", "/tmp") + "/output-XXXXXX";
+  Descriptor file(mkstemp(path.data()));
+  if (!file) return file;
+  unlink(path.c_str());
+  fcntl(file.Fd(), F_SETFD, FD_CLOEXEC);
+  return file;
+}
+
+/// A limit on the size of files would end a command that prints into one.
+bool FilesAreLimited() {
+  rlimit limit{};
+  return getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
+}
+
+Descriptor OpenFile() {
+  Descriptor file = FilesAreLimited() ? Descriptor() : OpenNamelessFile();
+  if (file) fcntl(file.Fd(), F_SETFL, O_APPEND);
+  return file;
+}
+
+}  // namespace
+
+struct Launch::Job {
+  std::vector<std::string> words;
+  std::string path, toolFolder;
+  Outlet outlet = Outlet::kPipe;
+  Pipe done = Pipe::Open();
+
+  std::mutex mutex;  // guards what follows
+  bool left = false;
+  std::optional<Outcome> outcome;
+
+  bool Left() {
+    const std::lock_guard lock(mutex);
+    return left;
+  }
+  Outcome Fail(int status, int error) const {
+    std::fprintf(stderr, "%s: %s\n", words.front().c_str(), std::strerror(error));
+    return {-1, status, outlet, {}};
+  }
+  Outcome Start();
+};
+
+Launch::Outcome Launch::Job::Start() {
+  if (words.empty()) return {};
+  const Lookup command = FindCommand(words.front(), path, toolFolder);
+  if (command.found == Found::kNo) return Fail(kNotFound, ENOENT);
+  if (command.found == Found::kNotExecutable) return Fail(kCannotRun, EACCES);
+  // A word with a NUL would reach the command cut short, as another word.
+  const auto holdsNul = [](const std::string& word) { return word.find('\0') != std::string::npos; };
+  if (std::any_of(words.begin(), words.end(), holdsNul)) return Fail(kCannotRun, EINVAL);
+
+  Outcome started{-1, 0, outlet, outlet == Outlet::kFile ? OpenFile() : Descriptor()};
+  Pipe pipe;
+  if (!started.output) {
+    pipe = Pipe::Open();
+    if (pipe.ReadFd() < 0 || pipe.WriteFd() < 0) return Fail(kCannotRun, errno);
+    started.outlet = Outlet::kPipe;
+    started.output = pipe.TakeReadEnd();
+    fcntl(started.output.Fd(), F_SETFL, O_NONBLOCK);
+  }
+  if (Left()) return {};
+  const int outputFd = started.outlet == Outlet::kFile ? started.output.Fd() : pipe.WriteFd();
+  if (const int error = SpawnPlan(outputFd).Spawn(started.pid, command.path, words); error != 0)
+    return Fail(kCannotRun, error);
+  return started;
+}
+
+Launch::Launch(const std::vector<std::string>& words, const std::string& toolFolder, Outlet outlet)
+    : job_(std::make_shared<Job>()) {
+  job_->words = words;
+  job_->path = Environment("PATH", "");
+  job_->toolFolder = toolFolder;
+  job_->outlet = outlet;
+  if (job_->done.ReadFd() < 0 || job_->done.WriteFd() < 0) {
+    job_->outcome = job_->Fail(kCannotRun, errno);
+    return;
+  }
+  try {
+    std::thread([job = job_] { Run(*job); }).detach();
+  } catch (const std::system_error& error) {
+    job_->outcome = job_->Fail(kCannotRun, error.code().value());
+  }
+}
+
+Launch::~Launch() {
+  const std::lock_guard lock(job_->mutex);
+  job_->left = true;
+}
+
+void Launch::Run(Job& job) {
+  Outcome outcome;
+  try {
+    outcome = job.Start();
+  } catch (const std::bad_alloc&) {
+    outcome = job.Fail(kCannotRun, ENOMEM);
+  }
+  const std::lock_guard lock(job.mutex);
+  if (job.left && outcome.pid >= 0 && outcome.outlet == Outlet::kPipe) kill(-outcome.pid, SIGTERM);
+  job.outcome = std::move(outcome);
+  [[maybe_unused]] const auto written = write(job.done.WriteFd(), "d", 1);
+}
+
+int Launch::DoneFd() const {
+  const std::lock_guard lock(job_->mutex);
+  return job_->outcome ? -1 : job_->done.ReadFd();
+}
+
+std::optional<Launch::Outcome> Launch::Take() {
+  const std::lock_guard lock(job_->mutex);
+  return std::exchange(job_->outcome, std::nullopt);
+}

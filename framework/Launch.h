@@ -1,0 +1,52 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/Pipe.h"
+
+/// What a command prints into.
+enum class Outlet {
+  kPipe,  // read as it comes; a command that prints once we have gone is ended by that
+  kFile,  // without a name, in memory where the system can: the command never waits for us and outlives us
+};
+
+/// The start of one command, on a thread of its own: to look a command up, to open it and to start it can
+/// each take for ever where a folder hangs. Whoever waits for it need not, and can leave it to itself.
+///
+/// What keeps a command from running is told on standard error.
+class Launch {
+ public:
+  /// Statuses for a command that did not run, as shells give them.
+  static constexpr int kNotFound = 127;
+  static constexpr int kCannotRun = 126;
+
+  struct Outcome {
+    pid_t pid = -1;  // -1 where it did not run, for which `status` stands then
+    int status = kNotFound;
+    Outlet outlet = Outlet::kPipe;  // a pipe where no file can be had
+    Descriptor output;
+  };
+
+  /// Looks the first word up in the absolute folders of PATH, last in `toolFolder`.
+  Launch(const std::vector<std::string>& words, const std::string& toolFolder, Outlet outlet);
+  /// A command that has not been started by now will not be; one that prints into a pipe is ended.
+  ~Launch();
+  Launch(const Launch&) = delete;
+  Launch& operator=(const Launch&) = delete;
+
+  /// Readable once there is an outcome; -1 where there is one already.
+  int DoneFd() const;
+  /// The outcome, once there is one.
+  std::optional<Outcome> Take();
+
+ private:
+  struct Job;
+  static void Run(Job& job);
+
+  std::shared_ptr<Job> job_;
+};
