@@ -10,6 +10,7 @@
 #include <sstream>
 #include <thread>
 
+#include "framework/Application.h"
 #include "framework/ChildProcess.h"
 #include "framework/EventLoop.h"
 #include "framework/Thread.h"
@@ -191,9 +192,9 @@ TEST_F(ShellTest, AQuitLeavesAFolderThatHangs) {
   const auto worker = New<Worker>();
   worker->Work = [] { Execute("printf x"); };
   RunProgram([&] {
-    Application::Deliver([&] { worker->Run(); });
+    EventLoop::Deliver([&] { worker->Run(); });
     bool handled = false;
-    Application::Deliver([&] { handled = true; });
+    EventLoop::Deliver([&] { handled = true; });
     EXPECT_TRUE(handled) << "the turn was held";
     std::thread outside([] {
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -201,7 +202,7 @@ TEST_F(ShellTest, AQuitLeavesAFolderThatHangs) {
     });
     OnMain("printf x");
     outside.join();
-    EXPECT_TRUE(Application::Quitting());
+    EXPECT_TRUE(EventLoop::Quitting());
   });
   umount2(folder.c_str(), MNT_FORCE | MNT_DETACH);
 }
