@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <cstring>
 #ifdef __linux__
 #include <sys/syscall.h>
 #endif
@@ -100,8 +102,12 @@ void ChildProcess::Read() {
         fromFile ? pread(output_.Fd(), room, kReadSize, taken_) : read(output_.Fd(), room, kReadSize);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0 && errno == EAGAIN) return;
+    if (got < 0) {
+      std::fprintf(stderr, "The output of a command was lost: %s\n", std::strerror(errno));
+      lost_ = true;
+    }
     if (got <= 0) {
-      if (!fromFile) output_.Close();
+      if (!fromFile || lost_) output_.Close();
       return;
     }
     const std::size_t old = text_.Size();

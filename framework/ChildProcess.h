@@ -43,7 +43,7 @@ class ChildProcess {
   void Terminate();
 
   /// 0 to 255 as exited, 128 + n when ended by signal n.
-  int Status() const { return status_; }
+  int Status() const { return lost_ && status_ == 0 ? Launch::kCannotRun : status_; }
   /// All that was printed so far.
   ByteBuffer TakeOutput() { return std::exchange(text_, ByteBuffer()); }
 
@@ -65,5 +65,6 @@ class ChildProcess {
   Descriptor exit_;
   ByteBuffer text_;
   int status_ = Launch::kNotFound;
+  bool lost_ = false;             // some of the output
   long long outputDeadline_ = 0;  // monotonic milliseconds, set when the child has been reaped
 };

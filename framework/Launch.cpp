@@ -65,16 +65,16 @@ class SpawnPlan {
  public:
   explicit SpawnPlan(int outputFd) {
     posix_spawn_file_actions_init(&actions_);
-    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions_, outputFd, STDOUT_FILENO);
+    Need(posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+    Need(posix_spawn_file_actions_adddup2(&actions_, outputFd, STDOUT_FILENO));
 
     posix_spawnattr_init(&attributes_);
     short flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK;
 #if defined(__APPLE__)
     flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
-    posix_spawn_file_actions_addinherit_np(&actions_, STDERR_FILENO);
+    Need(posix_spawn_file_actions_addinherit_np(&actions_, STDERR_FILENO));
 #elif defined(__GLIBC__)
-    posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
+    Need(posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
 #endif
     sigset_t signals;
     sigfillset(&signals);
@@ -96,10 +96,16 @@ class SpawnPlan {
     argv.reserve(words.size() + 1);
     for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
     argv.push_back(nullptr);
-    return posix_spawn(&pid, path.c_str(), &actions_, &attributes_, argv.data(), environ);
+    return error_ != 0 ? error_
+                       : posix_spawn(&pid, path.c_str(), &actions_, &attributes_, argv.data(), environ);
   }
 
  private:
+  void Need(int error) {
+    if (error != 0) error_ = error;
+  }
+
+  int error_ = 0;  // why a command would not get what it is to get
   posix_spawn_file_actions_t actions_;
   posix_spawnattr_t attributes_;
 };
@@ -208,7 +214,7 @@ void Launch::Run(Job& job) {
   const std::lock_guard lock(job.mutex);
   if (job.left && outcome.pid >= 0 && outcome.outlet == Outlet::kPipe) kill(-outcome.pid, SIGTERM);
   job.outcome = std::move(outcome);
-  [[maybe_unused]] const auto written = write(job.done.WriteFd(), "d", 1);
+  job.done.CloseWriteEnd();  // which cannot fail, and whoever waits sees the end
 }
 
 int Launch::DoneFd() const {

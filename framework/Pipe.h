@@ -33,6 +33,7 @@ class Pipe {
   int ReadFd() const { return read_.Fd(); }
   int WriteFd() const { return write_.Fd(); }
   Descriptor TakeReadEnd() { return std::move(read_); }
+  void CloseWriteEnd() { write_.Close(); }
   Descriptor TakeWriteEnd() { return std::move(write_); }
 
  private:
