@@ -1,0 +1,254 @@
+// Every call that can fail, failed once: the same session of the program runs again and again, each time with
+// the next call failing that opens, reads, writes, looks, waits or takes a pipe, a thread, a process or
+// memory, with each error it can have, until a run goes through. However it fails, a session ends by itself,
+// leaves no half of a settings file, and says something where its outcome is another one.
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/eventfd.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <new>
+#include <span>
+
+#include "app/Startup.h"
+#include "framework/Application.h"
+#include "framework/Baton.h"
+#include "framework/EventLoop.h"
+#include "framework/Menus.h"
+#include "framework/Toolkit.h"
+#include "windows/Window1.h"
+#include "windows/Window3.h"
+
+namespace {
+
+/// What a session shares with the process that watches it.
+struct Shared {
+  int wanted = 0;         // the number of the call that is to fail,
+  std::size_t error = 0;  // and with which of its errors
+  std::atomic<int> calls = 0;
+  const char* struck = nullptr;  // the call that failed,
+  std::size_t errors = 1;        // how many errors it can have,
+  int code = 0;                  // and the one it had
+};
+Shared* shared = nullptr;
+std::atomic<bool> armed = false;
+thread_local int spared = 0;  // while the test itself is at work
+
+struct Spare {
+  Spare() { ++spared; }
+  ~Spare() { --spared; }
+};
+
+int Strike(const char* call, std::span<const int> errors) {
+  if (!armed || spared > 0 || ++shared->calls != shared->wanted) return 0;
+  shared->struck = call;
+  shared->errors = errors.size();
+  return shared->code = errors[std::min(shared->error, errors.size() - 1)];
+}
+
+}  // namespace
+
+// Stands in for a call of the system, also for libraries. `failure` is what it returns when it fails with
+// `error`.
+// clang-format off
+#define CALL(type, failure, name, parameters, arguments, ...)                                            \
+  extern "C" type Call_##name parameters __asm__(#name);                                                 \
+  extern "C" type Call_##name parameters {                                                               \
+    static const auto real = reinterpret_cast<type(*) parameters>(                               \
+        dlsym(RTLD_NEXT, #name[0] == '_' ? &#name[7] : #name));                                          \
+    static constexpr int kErrors[] = {__VA_ARGS__};                                                      \
+    const int error = Strike(#name, kErrors);                                                            \
+    return error == 0 ? real arguments : (errno = error, static_cast<type>(failure));                    \
+  }
+CALL(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode), EMFILE, EIO, EACCES)
+CALL(ssize_t, -1, read, (int file, void* to, size_t size), (file, to, size), EIO, EINTR)
+CALL(ssize_t, -1, pread, (int file, void* to, size_t size, off_t at), (file, to, size, at), EIO)
+CALL(ssize_t, -1, write, (int file, const void* from, size_t size), (file, from, size), EIO, EINTR)
+CALL(ssize_t, -1, pwrite, (int file, const void* from, size_t size, off_t at), (file, from, size, at), EIO, ENOSPC, EINTR)
+CALL(int, -1, ftruncate, (int file, off_t size), (file, size), EIO)
+CALL(int, -1, pipe2, (int* ends, int flags), (ends, flags), EMFILE)
+CALL(int, -1, fcntl, (int file, int command, long argument), (file, command, argument), EMFILE)
+CALL(int, -1, stat, (const char* path, struct stat* to), (path, to), EIO, EACCES)
+CALL(int, -1, fstat, (int file, struct stat* to), (file, to), EIO)
+CALL(int, -1, access, (const char* path, int mode), (path, mode), EIO, EACCES)
+CALL(ssize_t, -1, readlink, (const char* path, char* to, size_t size), (path, to, size), EIO)
+CALL(int, -1, memfd_create, (const char* name, unsigned flags), (name, flags), EMFILE)
+CALL(int, -1, poll, (pollfd* files, nfds_t count, int wait), (files, count, wait), EINTR, ENOMEM)
+CALL(pid_t, -1, waitpid, (pid_t child, int* status, int flags), (child, status, flags), EINTR)
+CALL(long, -1, syscall, (long number, long a, long b, long c, long d, long e, long f), (number, a, b, c, d, e, f), EMFILE, ENOSYS)
+CALL(int, error, pthread_create, (pthread_t* made, const pthread_attr_t* with, void* (*run)(void*), void* argument), (made, with, run, argument), EAGAIN)
+CALL(int, error, posix_spawn, (pid_t* child, const char* path, const posix_spawn_file_actions_t* actions, const posix_spawnattr_t* with, char* const* words, char* const* environment), (child, path, actions, with, words, environment), EAGAIN, ENOENT)
+CALL(int, error, posix_spawn_file_actions_addopen, (posix_spawn_file_actions_t* actions, int file, const char* path, int flags, mode_t mode), (actions, file, path, flags, mode), ENOMEM)
+CALL(int, error, posix_spawn_file_actions_adddup2, (posix_spawn_file_actions_t* actions, int from, int to), (actions, from, to), ENOMEM)
+
+// Memory: what our own code takes, and with `new` whatever C++ does.
+CALL(void*, nullptr, __wrap_malloc, (std::size_t size), (size), ENOMEM)
+CALL(void*, nullptr, __wrap_realloc, (void* old, std::size_t size), (old, size), ENOMEM)
+void* operator new(std::size_t size) {
+  void* const made = std::malloc(size);
+  return made ? made : throw std::bad_alloc();
+}
+void operator delete(void* old) noexcept { std::free(old); }
+void operator delete(void* old, std::size_t) noexcept { std::free(old); }
+// clang-format on
+
+namespace {
+
+template <class T>
+Ref<T> Find(const char* window, const char* control) {
+  const Spare spare;
+  const auto open = _GetImplicitWindow(window);
+  return open ? open->Named<T>(control) : nullptr;
+}
+
+template <class T>
+void Act(const char* name, void (*act)(T&)) {
+  EventLoop::Deliver([=] {
+    if (const auto control = Find<T>("Window1.Window1", name); control && control->Reachable()) act(*control);
+  });
+}
+
+/// A toolkit in which nothing fails. Its user dismisses every message, and goes once through the program.
+class User : public Toolkit {
+ public:
+  void RunLoop() override {
+    const auto scanning = [] {
+      const Baton::Turn turn;
+      const Spare spare;
+      const auto window = Cast<class Window1>(_GetImplicitWindow("Window1.Window1"));
+      return !window || window->scanTheBus1()->KillFd() >= 0;
+    };
+    while (!ended_ && scanning()) WaitForInput({}, 5);
+    Act<Listbox>("ListBox2", [](Listbox& list) { list.UserSelect(1, list.Generation()); });
+    Act<PushButton>("mountBtn", [](PushButton& button) { button.UserPress(); });
+    Act<PushButton>("infoBtn", [](PushButton& button) { button.UserPress(); });
+    Act<Listbox>("ListBox2", [](Listbox& list) {
+      const Spare spare;
+      for (int cell = 0; cell < list.ListCount() * 4; ++cell)
+        std::printf("%s%d ", list.Cell(cell / 4, cell % 4).Utf8().c_str(), list.CellBold(cell / 4, cell % 4));
+      if (const auto report = Find<TextArea>("Window3.Window3", "infoFld"))
+        std::puts(report->Text.Get().Utf8().c_str());
+    });
+    Act<TabPanel>("TabPanel1", [](TabPanel& tabs) { tabs.UserSelect(1); });
+    Act<CheckBox>("CheckBoxShowFeedbackWin", [](CheckBox& box) { box.UserSet(false); });
+    Act<TabPanel>("TabPanel1", [](TabPanel& tabs) { tabs.UserSelect(0); });
+    for (int attempt = 0; attempt < 2 && !EventLoop::Quitting(); ++attempt) {
+      const auto quit = (Spare(), Application::Current()->MenuBar->_Lookup("FileQuit"));
+      Menus::Refresh(nullptr);
+      Menus::Choose(quit, nullptr);
+    }
+    while (!ended_) WaitForInput({}, -1);
+  }
+  void EndLoop() override { ended_ = true; }
+  void Wake() override { eventfd_write(wake_, 1); }
+  void Update(const std::vector<Ref<Window>>&, const Ref<MenuBar>&) override {}
+  void Present(Window&) override {}
+  void ShowMessage(const String& text) override {
+    (Spare(), std::fprintf(stderr, "%s\n", text.Utf8().c_str()));
+  }
+  void WaitForInput(const std::vector<int>& descriptors, int milliseconds) override {
+    pollfd fds[4]{{wake_, POLLIN, 0}};
+    for (std::size_t i = 0; i < 3; ++i)
+      fds[i + 1] = {i < descriptors.size() ? descriptors[i] : -1, POLLIN, 0};
+    (Spare(), poll(fds, 4, milliseconds));
+    if (eventfd_t woken; eventfd_read(wake_, &woken) == 0) EventLoop::RunPending();
+  }
+  Area ScreenArea() override { return {}; }
+  void OpenAddress(const String&) override {}
+  PictureRef ReadPicture(const std::string&) override { return nullptr; }
+  bool CanEdit(EditCommand) override { return false; }
+  void Edit(EditCommand) override {}
+
+ private:
+  int wake_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  std::atomic<bool> ended_ = false;
+};
+
+// Longer than what takes its place.
+const std::string kPreferences = "#\n1.3\n#\nyes\n#\nyes\n#\nyes\n#" + std::string(300, '#') + "\n";
+const char* const kTool = R"(#!/bin/sh
+[ $1 != list ] || printf '%s\n' '  Apple_HFS One   120.5 GB   disk1s2' '  Apple_HFS Two   1.5 TB   disk1s3'
+[ $1 != info ] || echo '   Mounted:                  No'
+[ $1 != mount ] || exit 3
+)";
+
+std::string TextOf(const char* name) {
+  std::ifstream file(name);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+struct Session {
+  int status = 0;
+  std::string shown, told, preferences;
+
+  /// Runs in a process of its own, in the current folder.
+  Session(int call, std::size_t error) {
+    new (shared) Shared{.wanted = call, .error = error};
+    std::ofstream("Dravik.prefs") << kPreferences;
+    const pid_t child = fork();
+    if (child == 0) {
+      if (!std::freopen("shown", "w", stdout) || !std::freopen("told", "w", stderr)) std::abort();
+      alarm(10);  // what takes longer hangs
+      armed = true;
+      const int result = _Main(0, nullptr);
+      armed = false;
+      std::exit(result);
+    }
+    waitpid(child, &status, 0);
+    while (wait(nullptr) > 0) continue;  // what it left behind comes to us, and has to end
+    shown = TextOf("shown"), told = TextOf("told"), preferences = TextOf("Dravik.prefs");
+  }
+
+  const char* WhatIsWrong(const Session& good) const {
+    if (!WIFEXITED(status)) return WTERMSIG(status) == SIGALRM ? "it hangs" : "it crashes";
+    if (std::ranges::count(preferences, '\n') != 9) return "the settings are torn";
+    const bool same = shown == good.shown && preferences == good.preferences;
+    if (!same && told == good.told) return "nobody is told";
+    return shared->code == EINTR && !same ? "an interruption is no error" : nullptr;
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Toolkit> Toolkit::Make(int&, char**) {
+  return (Spare(), std::make_unique<User>());
+}
+
+int main() {
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
+  shared = static_cast<Shared*>(
+      mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+  std::string home = std::filesystem::temp_directory_path() / "dravik-faults-XXXXXX";
+  if (!mkdtemp(home.data())) return 1;
+  std::filesystem::current_path(home);
+  std::ofstream("diskutil") << kTool;
+  std::filesystem::permissions("diskutil", std::filesystem::perms::owner_all);
+  setenv("PATH", home.c_str(), 1);
+  setenv("XDG_CONFIG_HOME", home.c_str(), 1);
+
+  const Session good(-1, 0);
+  int points = 0, faults = 0;
+  std::size_t error = 0;
+  for (int call = 1;; ++points) {
+    const Session session(call, error);
+    if (!shared->struck) break;
+    if (const char* wrong = session.WhatIsWrong(good); wrong && ++faults) {
+      std::printf("%s when call %d, %s, fails: %s\n%s", wrong, call, shared->struck,
+                  std::strerror(shared->code), session.told.c_str());
+      std::fflush(stdout);
+    }
+    if (++error >= shared->errors) ++call, error = 0;
+  }
+  std::filesystem::remove_all(home);
+  std::printf("%d points of failure, %d faults\n", points, faults);
+  return good.status != 0 || points < 300 || faults > 0 ? 1 : 0;
+}
