@@ -3,10 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-void Descriptor::Close() {
-  if (fd_ >= 0) close(std::exchange(fd_, -1));
-}
-
 Pipe Pipe::Open() {
   int ends[2] = {-1, -1};
 #ifdef __APPLE__  // has no pipe2; its children are spawned with POSIX_SPAWN_CLOEXEC_DEFAULT

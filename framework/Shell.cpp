@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "framework/Baton.h"
@@ -46,17 +47,29 @@ String WaitOnMain(ChildProcess& child) {
   return String(child.TakeOutput());
 }
 
-}  // namespace
-
-void Shell::Execute(const String& commandLine) {
-  errorCode_ = 0;
-  result_.Clear();
+Shell::Outcome RunAsChild(const String& commandLine) {
   Thread* const thread = Thread::Current();
   if (!thread) MainThread::Current().LeaveWhenQuitting();
   // A command of the main thread changes something, and goes on when we have to leave.
   const Outlet outlet = thread ? Outlet::kPipe : Outlet::kFile;
   ChildProcess child(CutAtBlanks(commandLine.Utf8()), ToolFolder(), outlet);
-  result_ = thread ? WaitOnThread(child, *thread) : WaitOnMain(child);
+  String output = thread ? WaitOnThread(child, *thread) : WaitOnMain(child);
   if (thread && thread->Killed()) thread->Unwind();
-  errorCode_ = child.Status();
+  return {child.Status(), std::move(output)};
+}
+
+Shell::Runner run = RunAsChild;
+
+}  // namespace
+
+void Shell::RunCommandsBy(Runner runner) {
+  run = std::move(runner);
+}
+
+void Shell::Execute(const String& commandLine) {
+  errorCode_ = 0;
+  result_.Clear();
+  auto [code, output] = run(commandLine);
+  errorCode_ = code;
+  result_ = std::move(output);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "framework/Object.h"
 #include "framework/String.h"
 
@@ -22,6 +24,16 @@ class Shell : public Object {
 
   /// All that the last command printed on its standard output; the first GiB where it is more.
   const String& Result() const { return result_; }
+
+  /// How a command came out.
+  struct Outcome {
+    int ErrorCode = 0;
+    String Result;
+  };
+  using Runner = std::function<Outcome(const String& commandLine)>;
+  /// Has all command lines run by `runner`, on the thread that executes them and with the baton, in place of
+  /// child processes.
+  static void RunCommandsBy(Runner runner);
 
  private:
   int errorCode_ = 0;

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "framework/Descriptor.h"
 #include "framework/Object.h"
-#include "framework/Pipe.h"
 #include "framework/String.h"
 
 /// Reads a text file line by line. Errors read as the end of the file, and standard error tells of them. So

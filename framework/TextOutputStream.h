@@ -3,8 +3,8 @@
 #include <exception>
 #include <string>
 
+#include "framework/Descriptor.h"
 #include "framework/Object.h"
-#include "framework/Pipe.h"
 #include "framework/String.h"
 
 /// Writes a text file line by line. Errors go unnoticed by the caller.

@@ -35,8 +35,6 @@ void Join(std::vector<std::thread> threads) {
   throw RuntimeException();
 }
 
-constexpr int kSuspendedTick = 20;  // milliseconds between two looks of a suspended thread
-
 }  // namespace
 
 Thread* Thread::Current() {
@@ -96,6 +94,7 @@ void Thread::Kill() {
   killed_ = true;
   LookUp();
   [[maybe_unused]] const auto written = write(kill_.WriteFd(), "k", 1);
+  Resume();
   if (current == this) Unwind();
 }
 
@@ -106,6 +105,7 @@ void Thread::Suspend() {
 
 void Thread::Resume() {
   suspended_ = false;
+  suspended_.notify_one();
 }
 
 void Thread::Sleep(int milliseconds) {
@@ -123,7 +123,7 @@ void Thread::Yield() {
     const Baton::Pause pause;
     pollfd killFd{kill_.ReadFd(), POLLIN, 0};
     if (sleep > 0) poll(&killFd, 1, sleep);
-    while (suspended_ && !killed_) poll(&killFd, 1, kSuspendedTick);
+    while (suspended_ && !killed_) suspended_.wait(true);
   }
   if (killed_) Unwind();
   if (lookUp_ && sleep_ == 0 && !suspended_) {

@@ -2,8 +2,8 @@
 
 #include "app/App.h"
 #include "framework/EventLoop.h"
+#include "framework/Shell.h"
 #include "tests/headless/ProgramFixture.h"
-#include "tests/headless/ScriptedShell.h"
 #include "windows/Window2.h"
 #include "windows/Window3.h"
 
@@ -13,11 +13,11 @@ namespace {
 class Codes : public ProgramFixture {
  protected:
   Codes() {
-    theTool = [this](const std::string& command) { return Answer(command); };
+    Shell::RunCommandsBy([this](const String& command) { return Answer(command.Utf8()); });
     WritePrefs(false, false, true);
   }
 
-  ToolAnswer Answer(const std::string& command) {
+  Shell::Outcome Answer(const std::string& command) {
     if (command == "diskutil list")
       return {-1,  // no failure
               " Apple_HFS My Data      80.0 GB  disk0s2\n Apple_HFS Backup     120.5 GB  disk0s3\n"};

@@ -5,8 +5,8 @@
 #include "disktool/scanTheBus.h"
 #include "framework/Application.h"
 #include "framework/Baton.h"
+#include "framework/Shell.h"
 #include "tests/fuzz/Plain.h"
-#include "tests/headless/ScriptedShell.h"
 #include "windows/Window1.h"
 
 namespace {
@@ -62,12 +62,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const Baton::Turn turn;
   const auto window = Window1();
-  theTool = [&](const std::string& command) {
-    if (command == "diskutil list") return ToolAnswer{0, list.Utf8()};
+  Shell::RunCommandsBy([&](const String& command) {
+    if (command.Identical("diskutil list")) return Shell::Outcome{0, list};
     const auto table = window->ListBox2();
-    Require(command == ("diskutil info " + table->Cell(table->ListCount() - 1, 3)).Utf8());
-    return ToolAnswer{1, report.Utf8()};
-  };
+    Require(command.Identical("diskutil info " + table->Cell(table->ListCount() - 1, 3)));
+    return Shell::Outcome{1, report};
+  });
   window->ListBox1()->DeleteAllRows();
   window->ListBox2()->DeleteAllRows();
   New<Scan>()->Event_Run();
