@@ -25,14 +25,15 @@ void Window1::mountThisDisk(int row) {
 }
 
 void Window1::unMountThisDisk(int row) {
-  constexpr int kPassedOver = 256;
+  // Deliberately passed over in silence for this one command; a mount that ends with it is told.
+  constexpr int kSilentCode = 256;
   Window2()->staticTitle()->Text = "Executing the command 'diskutil unmount'";
   Window2()->StaticText1()->Text =
       "unMounting «" + ListBox2()->Cell(ListBox2()->ListIndex(), 0) + "»." + Chr(13) + "Please wait...";
   Window2()->Show();
   const auto shell = New<Shell>();
   shell->Execute("diskutil unMount " + ListBox2()->Cell(ListBox2()->ListIndex(), 3));
-  if (shell->ErrorCode() > 0 && shell->ErrorCode() != kPassedOver)
+  if (shell->ErrorCode() > 0 && shell->ErrorCode() != kSilentCode)
     MsgBox("Error code: " + Str(shell->ErrorCode()));
   Window2()->Close();
   StyleAsNotMounted(*ListBox2(), row);

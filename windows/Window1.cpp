@@ -175,7 +175,8 @@ void Window1::ListBox2_Change(Ref<Listbox>) {
   }
 }
 
-// During a scan, `Run` raises an exception and nothing below it happens.
+// During a scan, `Run` raises an exception and nothing below it happens. The shell runs
+// nothing, deliberately: every handler that starts a command holds one, and the thread has its own.
 void Window1::scanButton_Action(Ref<PushButton>) {
   const auto shell = New<Shell>();
   ListBox1()->DeleteAllRows();
