@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Draws Dravik's pictures and writes them as files: the logo, a hard disk seen from above, and the donation button.
+Both have more pixels than they are shown with at first, for screens that have more.
 
     make_pictures.py                  writes logo64x64.pct and paypal.gif beside this script
     make_pictures.py --check          says whether the two files are what it would write
@@ -257,8 +258,8 @@ def button(x, y):
     return (*(mix(colour, rgb("7c1531"), 0.55) if inked(x, y - 1.0) else colour), 1.0)
 
 
-def button_rows():
-    return render(BUTTON_WIDTH, BUTTON_HEIGHT, button, 6)
+def button_rows(scale):
+    return render(BUTTON_WIDTH * scale, BUTTON_HEIGHT * scale, lambda x, y: button(x / scale, y / scale), 2)
 
 
 # --- files -------------------------------------------------------------------------------------------------------
@@ -299,12 +300,14 @@ def pack_bits(row):
     return bytes(packed)
 
 
-def pict(rows):
-    """A PICT file of version 2 with one direct pixel image of 32 bits, packed by component, alpha first."""
+def pict(rows, scale):
+    """A PICT file of version 2 with one direct pixel image of 32 bits, packed by component, alpha first, that has so
+    many pixels on a point."""
     height, width = len(rows), len(rows[0])
     frame = struct.pack(">4h", 0, 0, height, width)
-    resolution = struct.pack(">LL", 72 << 16, 72 << 16)
-    out = bytearray(frame + struct.pack(">3H", 0x0011, 0x02FF, 0x0C00))
+    resolution = struct.pack(">LL", 72 * scale << 16, 72 * scale << 16)
+    out = bytearray(struct.pack(">4h", 0, 0, height // scale, width // scale))
+    out += struct.pack(">3H", 0x0011, 0x02FF, 0x0C00)
     out += struct.pack(">hh", -2, 0) + resolution + frame + bytes(4)
     out += struct.pack(">HH", 0x0001, 10) + frame
     out += struct.pack(">HLH", 0x009A, 0xFF, 0x8000 | width * 4) + frame
@@ -364,6 +367,7 @@ def lzw(indices, bits):
 
 def gif(rows):
     """A GIF89a; pixels that are less than half covered are transparent, which is colour 0."""
+    rows = [[(*(part // 4 * 4 for part in pixel[:3]), pixel[3]) for pixel in row] for row in rows]
     counts = {}
     for row in rows:
         for pixel in row:
@@ -411,7 +415,7 @@ def main(arguments):
     if arguments not in ([], ["--check"]):
         print(__doc__, file=sys.stderr)
         return 2
-    pictures = {"logo64x64.pct": pict(logo_rows(64)), "paypal.gif": gif(button_rows())}
+    pictures = {"logo64x64.pct": pict(logo_rows(128), 2), "paypal.gif": gif(button_rows(4))}
     return write_or_check([(FOLDER / name, data) for name, data in pictures.items()], bool(arguments))
 
 

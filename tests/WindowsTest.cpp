@@ -125,7 +125,7 @@ TEST_F(Windows, MenusEnableWhatCanBeDone) {
 TEST_F(Windows, PicturesAreReadOnceAndKept) {
   RunProgram([] {
     const PictureRef logo = logo64x64();
-    ASSERT_TRUE(logo && logo->Width == 64);
+    ASSERT_TRUE(logo && logo->Width == 128);
     EventLoop::Deliver([&] {
       for (int opening = 0; opening < 2; ++opening) {
         EXPECT_EQ(AboutWindow()->Canvas1()->Backdrop.Get(), logo);

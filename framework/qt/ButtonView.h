@@ -2,8 +2,17 @@
 
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QStyleOptionButton>
 
 #include "framework/qt/ControlView.h"
+
+/// A colour with some of another in it.
+inline QColor Mixed(QColor color, QColor other) {
+  constexpr float kPart = 0.4f;
+  const auto mix = [](float a, float b) { return a + (b - a) * kPart; };
+  return QColor::fromRgbF(mix(color.redF(), other.redF()), mix(color.greenF(), other.greenF()),
+                          mix(color.blueF(), other.blueF()));
+}
 
 /// What the views of the two kinds of button share.
 template <class ControlClass>
@@ -19,9 +28,18 @@ class ButtonView : public ViewOf<ControlClass, QPushButton> {
  protected:
   void paintEvent(QPaintEvent* event) override {
     QPushButton::paintEvent(event);
-    // Styles frame the default button as they frame the one with the focus.
-    constexpr int kInside = 3;
-    if (this->isDefault()) PaintFocusRing(*this, kInside);
+    constexpr int kWidth = 2;
+    for (int inside = 0; inside < kWidth; ++inside)
+      PaintFocusRing(*this, this->rect().adjusted(inside, inside, -inside, -inside));
+  }
+  /// The button that Return presses is coloured, the one with the focus has a thick frame. Styles frame both.
+  void initStyleOption(QStyleOptionButton* option) const override {
+    QPushButton::initStyleOption(option);
+    option->state &= ~QStyle::State_HasFocus;
+    if (!this->isDefault() || !this->isEnabled()) return;
+    option->features &= ~QStyleOptionButton::DefaultButton;
+    option->palette.setColor(QPalette::Button, Mixed(option->palette.color(QPalette::Button),
+                                                     option->palette.color(QPalette::Highlight)));
   }
   void keyPressEvent(QKeyEvent* event) override {
     // The window knows which button the Return key presses.

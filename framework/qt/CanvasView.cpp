@@ -11,6 +11,5 @@ void CanvasView::CopyOwn() {
 
 void CanvasView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  painter.drawImage(0, 0, ToQImage(backdrop_));
+  painter.drawPixmap(0, 0, ToQPixmap(backdrop_, size(), devicePixelRatioF()));
 }

@@ -32,11 +32,11 @@ void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight
   painter.fillRect(area.right(), area.top(), 1, area.height(), bottomRight);
 }
 
-void PaintFocusRing(QWidget& widget, int inside) {
+void PaintFocusRing(QWidget& widget, QRect part) {
   if (!widget.hasFocus()) return;
   QPainter painter(&widget);
   const QColor color = widget.palette().color(QPalette::Highlight);
-  PaintRing(painter, widget.rect().adjusted(inside, inside, -inside, -inside), color, color);
+  PaintRing(painter, part, color, color);
 }
 
 ControlView* ControlView::Make(const Ref<Control>& control, QWidget& parent) {

@@ -36,9 +36,8 @@ class ControlView {
 
 /// A line of one pixel inside the edges of `area`, sharp at every scale.
 void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight);
-/// Draws the focus into a widget whose own drawing does not show it, so many pixels from its edges. Called
-/// after that.
-void PaintFocusRing(QWidget& widget, int inside = 0);
+/// Draws the focus into a part of a widget whose own drawing does not show it. Called after that.
+void PaintFocusRing(QWidget& widget, QRect part);
 
 /// Base of the views: the widget, the control and what ties them.
 template <class ControlClass, class WidgetClass>

@@ -94,10 +94,16 @@ QColor ToQColor(Color color) {
   return QColor::fromRgb(QRgb{0xFF000000u | color.Value});
 }
 
-QImage ToQImage(const PictureRef& picture) {
+QPixmap ToQPixmap(const PictureRef& picture, QSize room, qreal scale) {
   if (!picture || picture->Width <= 0 || picture->Height <= 0) return {};
   const auto* pixels = reinterpret_cast<const uchar*>(picture->Pixels.data());
-  return {pixels, picture->Width, picture->Height, picture->Width * 4, QImage::Format_ARGB32};
+  const QImage image(pixels, picture->Width, picture->Height, picture->Width * 4, QImage::Format_ARGB32);
+  const bool fits = image.width() <= room.width() && image.height() <= room.height();
+  const QSize shown = fits ? image.size() : image.size().scaled(room, Qt::KeepAspectRatio);
+  QPixmap pixmap =
+      QPixmap::fromImage(image.scaled(shown * scale, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+  pixmap.setDevicePixelRatio(scale);
+  return pixmap;
 }
 
 QFont FontOf(const TextControl& control) {
@@ -132,7 +138,8 @@ QFont Squeezed(const QFont& font, const QString& text, QSize room, Wrapping wrap
 
 QString Shortened(const QString& text, const QFont& font, QSize room, Wrapping wrapping) {
   if (Fits(font, text, room, wrapping)) return text;
+  const auto where = wrapping == Wrapping::kNone ? Qt::ElideMiddle : Qt::ElideRight;
   QStringList lines = text.split('\n');
-  for (QString& line : lines) line = QFontMetrics(font).elidedText(line, Qt::ElideMiddle, room.width());
+  for (QString& line : lines) line = QFontMetrics(font).elidedText(line, where, room.width());
   return lines.join('\n');
 }

@@ -2,7 +2,7 @@
 
 #include <QColor>
 #include <QFont>
-#include <QImage>
+#include <QPixmap>
 #include <QSize>
 #include <QString>
 
@@ -29,8 +29,9 @@ QString InWords(const String& name);
 
 QColor ToQColor(Color color);
 
-/// A view on the picture's own pixels, which the reference must keep.
-QImage ToQImage(const PictureRef& picture);
+/// The picture, made smaller where it is larger than the room, for a screen with so many pixels on one of the
+/// design's.
+QPixmap ToQPixmap(const PictureRef& picture, QSize room, qreal scale);
 
 QFont FontOf(const TextControl& control);
 
@@ -40,5 +41,6 @@ enum class Wrapping { kNone, kWords };
 /// `font` with narrower letters where the text would not fit into the room. The design's widths were drawn
 /// for one platform's font; others are wider.
 QFont Squeezed(const QFont& font, const QString& text, QSize room, Wrapping wrapping);
-/// `text` with the middle of its lines left out where they do not fit into the room.
+/// `text` with a part of its lines left out where they do not fit into the room: the middle, and in a text
+/// that would wrap the end, as the room is narrow and a name may come late in the line.
 QString Shortened(const QString& text, const QFont& font, QSize room, Wrapping wrapping);

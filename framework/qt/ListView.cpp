@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "framework/Rectangle.h"
+#include "framework/Window.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 
@@ -22,10 +24,26 @@ constexpr int kNarrowest = 16;    // pixels a column keeps
 constexpr int kLeading = 4;       // pixels between the lines of text
 constexpr int kLeastHeight = 18;  // of a row
 
-/// The row is what has the focus, not a cell in it.
+/// The row is what has the focus, not a cell in it. The first column's text stands a little inside it and the
+/// others' at its edge, or before it on the right, whatever margins the style has.
 class RowDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    constexpr int kAtStart = 3;  // pixels
+    constexpr int kAtEnd = 6;
+    const QStyle* style = option.widget->style();
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, option.widget);
+    if (cell.displayAlignment.testFlag(Qt::AlignRight))
+      cell.rect.adjust(0, 0, margin - kAtEnd, 0);
+    else
+      cell.rect.adjust((index.column() == 0 ? kAtStart : 0) - margin, 0, 0, 0);
+    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, option.widget);
+  }
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -33,6 +51,13 @@ class RowDelegate final : public QStyledItemDelegate {
     option->state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
   }
 };
+
+/// The colour of the rectangle that the list is a part of, none where it is of none.
+QColor RingColor(const Listbox& list) {
+  if (!list.Window()) return {};
+  const auto rectangle = list.Window()->Named<Rectangle>(list.InitialParent);
+  return rectangle ? ToQColor(rectangle->TopLeftColor) : QColor();
+}
 
 Qt::PenStyle LineStyle(int gridLines) {
   constexpr int kThinDotted = 2;
@@ -96,6 +121,7 @@ void ListView::CopyLook() {
   setVerticalScrollBarPolicy(!control_->ScrollBarVertical   ? Qt::ScrollBarAlwaysOff
                              : control_->AutoHideScrollbars ? Qt::ScrollBarAsNeeded
                                                             : Qt::ScrollBarAlwaysOn);
+  ringColor_ = RingColor(*control_);
   rowLines_ = LineStyle(control_->GridLinesHorizontal);
   columnLines_ = LineStyle(control_->GridLinesVertical);
   columnsResizable_ = control_->ColumnsResizable;
@@ -165,8 +191,17 @@ bool ListView::event(QEvent* event) {
   // Qt tells that the list has the focus, and does so after this event.
   if (event->type() == QEvent::FocusIn) QTimer::singleShot(0, this, [this] { TellFocus(); });
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
-  if (event->type() == QEvent::Paint) PaintFocusRing(*this);
+  if (event->type() == QEvent::Paint) PaintFrame();
   return result;
+}
+
+/// A list in a rectangle has the rectangle's frame instead of the style's.
+void ListView::PaintFrame() {
+  if (ringColor_.isValid() && frameShape() != QFrame::NoFrame) {
+    QPainter painter(this);
+    PaintRing(painter, rect(), ringColor_, ringColor_);
+  }
+  PaintFocusRing(*this, rect());
 }
 
 void ListView::paintEvent(QPaintEvent* event) {
@@ -176,13 +211,16 @@ void ListView::paintEvent(QPaintEvent* event) {
   QColor color = palette().color(QPalette::Text);
   color.setAlphaF(0.35f);
   const int bottom = event->rect().bottom();
-  painter.setPen(QPen(color, 1, rowLines_));
+  QPen pen(color, 1, rowLines_);
+  pen.setCapStyle(Qt::FlatCap);  // a dot is as long as it is wide
+  painter.setPen(pen);
   for (int row = std::max(rowAt(event->rect().top()), 0); row < model_.rowCount(); ++row) {
     const int y = rowViewportPosition(row) + rowHeight(row) - 1;
     if (y > bottom) break;
     painter.drawLine(0, y, viewport()->width(), y);
   }
-  painter.setPen(QPen(color, 1, columnLines_));
+  pen.setStyle(columnLines_);
+  painter.setPen(pen);
   for (int column = 0; column < model_.columnCount(); ++column) {
     const int x = columnViewportPosition(column) + columnWidth(column) - 1;
     painter.drawLine(x, event->rect().top(), x, bottom);

@@ -45,6 +45,7 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   void TellFocus();
 
   /// The column whose right edge a person can take hold of there, -1 for none.
+  void PaintFrame();
   int EdgeAt(QPoint position) const;
   void DragEdge(int x);
   void PressRow(QMouseEvent* event);
@@ -56,6 +57,7 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   int lastColumnWidth_ = 0;
   Qt::PenStyle rowLines_ = Qt::NoPen;
   Qt::PenStyle columnLines_ = Qt::NoPen;
+  QColor ringColor_;  // of the frame, none for the style's own frame
   bool columnsResizable_ = false;
   bool rowsBehind_ = true;  // rows have changed that were not copied as nothing showed
   bool copying_ = false;

@@ -6,6 +6,12 @@
 
 #include "framework/qt/Conversions.h"
 
+void Tabs::paintEvent(QPaintEvent* event) {
+  constexpr int kInside = 4;
+  QTabBar::paintEvent(event);
+  PaintFocusRing(*this, tabRect(currentIndex()).adjusted(kInside, kInside, -kInside, -kInside));
+}
+
 TabPanelView::TabPanelView(const Ref<TabPanel>& control, QWidget& parent)
     : ViewOf(control, parent), bar_(this) {
   bar_.setDrawBase(false);

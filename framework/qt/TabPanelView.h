@@ -13,6 +13,15 @@ class TabPage final : public QWidget {
   using QWidget::QWidget;
 };
 
+/// Tabs, of which the one in front shows the focus whatever brought it.
+class Tabs final : public QTabBar {
+ public:
+  using QTabBar::QTabBar;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
 /// Tabs over a pane. Each tab has a page of the size of the whole, so that a control's place on it is its
 /// place in the window less that of the panel, whatever the style's tabs measure.
 class TabPanelView final : public ViewOf<TabPanel, QWidget> {
@@ -38,6 +47,6 @@ class TabPanelView final : public ViewOf<TabPanel, QWidget> {
   QStyleOptionTabWidgetFrame FrameOption() const;
   void PlaceBar();
 
-  QTabBar bar_;
+  Tabs bar_;
   std::vector<QWidget*> pages_;
 };

@@ -28,6 +28,7 @@ void TextAreaView::CopyOwn() {
   const QSignalBlocker blocker(this);
   setReadOnly(control_->ReadOnly);
   if (control_->ReadOnly) setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setCursorWidth(control_->ReadOnly ? 0 : 1);
   setTabChangesFocus(!control_->AcceptTabs);
   setFrameShape(control_->Border ? QFrame::StyledPanel : QFrame::NoFrame);
   setVerticalScrollBarPolicy(control_->ScrollbarVertical ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
@@ -41,6 +42,10 @@ void TextAreaView::CopyColors() {
   QPalette own;
   own.setColor(QPalette::Text, ToQColor(control_->TextColor));
   own.setColor(QPalette::Base, ToQColor(control_->BackColor));
+  if (control_->HideSelection) {
+    own.setColor(QPalette::Inactive, QPalette::Highlight, ToQColor(control_->BackColor));
+    own.setColor(QPalette::Inactive, QPalette::HighlightedText, ToQColor(control_->TextColor));
+  }
   setPalette(own);
 }
 
@@ -94,7 +99,7 @@ void TextAreaView::insertFromMimeData(const QMimeData* data) {
 bool TextAreaView::event(QEvent* event) {
   const bool result = QPlainTextEdit::event(event);
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
-  if (event->type() == QEvent::Paint) PaintFocusRing(*this);
+  if (event->type() == QEvent::Paint) PaintFocusRing(*this, rect());
   return result;
 }
 
