@@ -32,12 +32,12 @@ class ButtonView : public ViewOf<ControlClass, QPushButton> {
     for (int inside = 0; inside < kWidth; ++inside)
       PaintFocusRing(*this, this->rect().adjusted(inside, inside, -inside, -inside));
   }
-  /// The button that Return presses is coloured, the one with the focus has a thick frame. Styles frame both.
+  /// The button that Return presses is coloured, the one with the focus has a thick frame. Styles frame both
+  /// alike.
   void initStyleOption(QStyleOptionButton* option) const override {
     QPushButton::initStyleOption(option);
     option->state &= ~QStyle::State_HasFocus;
     if (!this->isDefault() || !this->isEnabled()) return;
-    option->features &= ~QStyleOptionButton::DefaultButton;
     option->palette.setColor(QPalette::Button, Mixed(option->palette.color(QPalette::Button),
                                                      option->palette.color(QPalette::Highlight)));
   }

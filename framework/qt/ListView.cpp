@@ -55,8 +55,11 @@ class RowDelegate final : public QStyledItemDelegate {
 /// The colour of the rectangle that the list is a part of, none where it is of none.
 QColor RingColor(const Listbox& list) {
   if (!list.Window()) return {};
-  const auto rectangle = list.Window()->Named<Rectangle>(list.InitialParent);
-  return rectangle ? ToQColor(rectangle->TopLeftColor) : QColor();
+  for (const auto& control : list.Window()->Controls()) {
+    const auto rectangle = Cast<Rectangle>(control);
+    if (rectangle && rectangle->Name.Get() == list.InitialParent) return ToQColor(rectangle->TopLeftColor);
+  }
+  return {};
 }
 
 Qt::PenStyle LineStyle(int gridLines) {

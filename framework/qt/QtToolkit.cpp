@@ -84,6 +84,7 @@ QtToolkit::QtToolkit(int& argc, char** argv)
         return front ? front->Shown() : nullptr;
       }) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
+  QGuiApplication::setLayoutDirection(Qt::LeftToRight);  // as are the texts and the places of the controls
   QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
   signals_.Listen();
   InstallAccessibility();

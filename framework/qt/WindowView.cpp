@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -21,12 +22,18 @@
 
 namespace {
 
+bool IsWayland() {
+  return QGuiApplication::platformName().startsWith("wayland");
+}
+
 Qt::WindowFlags FlagsOf(const Window& window) {
   Qt::WindowFlags flags = window.Frame == Window::kDocument ? Qt::Window : Qt::Dialog;
   flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
   flags.setFlag(Qt::WindowCloseButtonHint, window.CloseButton);
   flags.setFlag(Qt::WindowMinimizeButtonHint, window.MinimizeButton);
   flags.setFlag(Qt::WindowMaximizeButtonHint, window.MaximizeButton);
+  // The frame that Qt draws on Wayland has all boxes, whatever it is told.
+  flags.setFlag(Qt::FramelessWindowHint, IsWayland() && !window.CloseButton);
   return flags;
 }
 
@@ -158,18 +165,23 @@ void WindowView::CopyColor() {
 
 void WindowView::CopyGeometry() {
   if (bar_) bar_->setVisible(window_->MenuBarVisible);
-  above_ = BarHeight();
-  if (window_->Resizeable) {
-    setMinimumSize(window_->MinWidth, window_->MinHeight + above_);
-    setMaximumSize(window_->MaxWidth, window_->MaxHeight + above_);
-  } else {
-    setFixedSize(window_->Width, window_->Height + above_);
-  }
+  const int above = std::exchange(above_, BarHeight());
+  CopyLimits();
   const QRect wanted(window_->Left, window_->Top, window_->Width, window_->Height);
-  if (wanted == known_) return;
+  if (wanted == known_ && above == above_) return;
   known_ = wanted;
   setGeometry(wanted.adjusted(0, -above_, 0, 0));
   PlaceParts();
+}
+
+void WindowView::CopyLimits() {
+  const QSize size(window_->Width, window_->Height);
+  const QSize least = window_->Resizeable ? QSize(window_->MinWidth, window_->MinHeight) : size;
+  most_ = window_->Resizeable ? QSize(window_->MaxWidth, window_->MaxHeight) : size;
+  setMinimumSize(least.width(), least.height() + above_);
+  // A Wayland compositor ends a program whose window has not the size that it was given when it was
+  // maximised. There the content alone keeps to the limit.
+  if (!IsWayland()) setMaximumSize(most_.width(), most_.height() + above_);
 }
 
 void WindowView::CopyControls() {
@@ -270,11 +282,15 @@ int WindowView::BarHeight() const {
 
 void WindowView::PlaceParts() {
   if (bar_) bar_->setGeometry(0, 0, width(), above_);
-  content_.setGeometry(0, above_, width(), height() - above_);
+  content_.setGeometry(QRect({0, above_}, ContentSize()));
+}
+
+QSize WindowView::ContentSize() const {
+  return QSize(width(), height() - above_).boundedTo(most_);
 }
 
 void WindowView::ReportGeometry() {
-  const QRect now = geometry().adjusted(0, above_, 0, 0);
+  const QRect now(geometry().topLeft() + QPoint(0, above_), ContentSize());
   if (now == known_ || !isVisible()) return;
   if (copying_) {  // the size or place that was asked for could not be had
     QTimer::singleShot(0, this, [this] { ReportGeometry(); });
@@ -294,6 +310,21 @@ void WindowView::resizeEvent(QResizeEvent*) {
 
 void WindowView::moveEvent(QMoveEvent*) {
   ReportGeometry();
+}
+
+/// A new font, palette or style of the desktop is taken over as if all had changed.
+void WindowView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  const QEvent::Type type = event->type();
+  const bool isLook =
+      type == QEvent::FontChange || type == QEvent::PaletteChange || type == QEvent::StyleChange;
+  if (!isLook || copying_) return;
+  QTimer::singleShot(0, this, [this] {
+    EventLoop::Record([window = window_] {
+      for (const auto& control : window->Controls()) control->Touch();
+      window->Touch();
+    });
+  });
 }
 
 void WindowView::closeEvent(QCloseEvent* event) {

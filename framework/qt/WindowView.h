@@ -33,6 +33,7 @@ class WindowView final : public QWidget {
   bool Painted() const { return painted_; }
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -47,6 +48,7 @@ class WindowView final : public QWidget {
   void CopyTitle();
   void CopyColor();
   void CopyGeometry();
+  void CopyLimits();
   void CopyControls();
   void CopyShown();
   /// Has assistive technology say what a person sees: the words of a window that takes no focus, and work
@@ -68,6 +70,7 @@ class WindowView final : public QWidget {
   QWidget* FirstToType() const;
   int BarHeight() const;
   void PlaceParts();
+  QSize ContentSize() const;
   void ReportGeometry();
 
   const Ref<Window> window_;
@@ -78,6 +81,7 @@ class WindowView final : public QWidget {
   TabPanelView* tabs_ = nullptr;
   std::vector<ControlView*> views_;  // as the window's controls; nullptr for one that has never been visible
   int above_ = 0;                    // height of the menu bar
+  QSize most_;                       // that the content may measure
   QRect known_;  // the content's place on the screen that both the window and this know of
   int shows_ = 0;
   static inline bool copying_ = false;  // any of the windows

@@ -166,6 +166,16 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     EXPECT_EQ(List()->columnWidth(0), 149) << "the edge does not follow the pointer";
     EXPECT_EQ(List()->selectionModel()->selectedRows().front().row(), 0);
 
+    const auto top = [] { return InWindow(Button("Scan")).top(); };
+    const int usual = top();
+    const QFont font = QApplication::font();
+    QFont large = font;
+    large.setPointSize(3 * font.pointSize());
+    QApplication::setFont(large);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return top() > usual; })) << "a new font has no room in the menu bar";
+    QApplication::setFont(font);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return top() == usual; }));
+
     auto* const tabs = Any<QTabBar>();
     tabs->setCurrentIndex(1);
     WithText<QCheckBox>("Show the \"unMount\" button")->toggle();  // as assistive technology does
