@@ -15,8 +15,8 @@ if(APPLE)
   list(TRANSFORM icon_sizes REPLACE "(.+)" "${packaging}/icons/dravik-\\1.png" OUTPUT_VARIABLE icons)
   add_custom_command(
     OUTPUT ${icon}
-    COMMAND Python3::Interpreter ${packaging}/make_icns.py ${icon} ${icons}
-    DEPENDS ${packaging}/make_icns.py ${icons}
+    COMMAND Python3::Interpreter ${packaging}/pack_icns.py ${icon} ${icons}
+    DEPENDS ${packaging}/pack_icns.py ${icons}
     VERBATIM)
   add_custom_target(icon DEPENDS ${icon})
   add_dependencies(dravik icon)

@@ -2,9 +2,9 @@
 """Draws Dravik's pictures and writes them as files: the logo, a hard disk seen from above, and the donation button.
 Both have more pixels than they are shown with at first, for screens that have more.
 
-    make_pictures.py                  writes logo64x64.pct and paypal.gif beside this script
-    make_pictures.py --check          says whether the two files are what it would write
-    make_pictures.py --png SIZE FILE  writes the logo as a PNG of SIZE by SIZE pixels
+    draw_pictures.py                  writes logo64x64.pct and paypal.gif beside this script
+    draw_pictures.py --check          says whether the two files are what it would write
+    draw_pictures.py --png SIZE FILE  writes the logo as a PNG of SIZE by SIZE pixels
 
 Drawings are functions from a point to a colour; `render` asks for many points in each pixel. A colour is
 (red, green, blue, alpha), each from 0 to 1 and not premultiplied.

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Puts PNG pictures of one icon into the file that the Mac takes an application's icon from.
 
-    make_icns.py ICNS PNG...
+    pack_icns.py ICNS PNG...
 
 Sizes the format has no place for are left out.
 """
