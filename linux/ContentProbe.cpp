@@ -5,6 +5,7 @@
 
 #include <array>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <type_traits>
 
@@ -30,7 +31,8 @@ std::string Value(const Probe& probe, const char* name) {
 void ProbeContent(Device& device) {
   const FileDescriptor file = OpenForReading(device.node);
   const Probe probe(blkid_new_probe());
-  if (!file || !probe || blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return;
+  if (!probe) throw std::bad_alloc();
+  if (!file || blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return;
   blkid_probe_enable_superblocks(probe.get(), 1);
   blkid_probe_set_superblocks_flags(
       probe.get(), BLKID_SUBLKS_TYPE | BLKID_SUBLKS_USAGE | BLKID_SUBLKS_LABEL | BLKID_SUBLKS_UUID);

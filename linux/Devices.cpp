@@ -11,7 +11,6 @@
 #include <map>
 #include <memory>
 #include <new>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -44,7 +43,10 @@ std::string_view View(const char* text) {
 }
 
 std::string_view Property(udev_device* device, const char* name) {
-  return View(udev_device_get_property_value(device, name));
+  // udev's database is read with the first property that is asked for.
+  const char* value = udev_device_get_property_value(device, name);
+  if (!value) ThrowIfExhausted(udev_device_get_syspath(device));
+  return View(value);
 }
 
 std::uint64_t Number(std::string_view text) {
@@ -57,7 +59,8 @@ std::uint64_t Number(std::string_view text) {
 std::uint64_t KernelNumber(const std::string& folder, const char* attribute) {
   const FileDescriptor file = OpenForReading(folder + "/" + attribute);
   std::array<char, 24> text{};
-  const ssize_t length = file ? read(file.Number(), text.data(), text.size()) : -1;
+  const ssize_t length = file ? read(file.Number(), text.data(), text.size()) : 0;
+  if (length < 0) ThrowIfExhausted(folder);
   return length > 0 ? Number({text.data(), static_cast<std::size_t>(length)}) : 0;
 }
 
@@ -108,9 +111,8 @@ std::optional<Found> Read(udev* context, std::string_view name) {
   if (bytes == 0) return std::nullopt;
   const Counted<udev_device> source(udev_device_new_from_syspath(context, folder.c_str()));
   if (!source || !udev_device_get_devnode(source.get())) {
-    // A device that has just gone; but libudev says the same when it could not read what is there.
-    if (access((folder + "/uevent").c_str(), F_OK) != 0) return std::nullopt;
-    throw std::runtime_error("Could not read " + folder);
+    ThrowIfExhausted(folder);
+    return std::nullopt;  // It has just gone, or the kernel's files about it make no sense.
   }
 
   Found found;
@@ -159,6 +161,16 @@ std::string_view ParentFolder(std::string_view path) {
   return path.substr(0, path.rfind('/'));
 }
 
+std::string_view NameIn(std::string_view path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+// The kernel's name of a partition: sda2, but loop0p2.
+std::string PartitionName(std::string_view disk, std::uint32_t partition) {
+  const bool endsInDigit = disk.back() >= '0' && disk.back() <= '9';
+  return std::string(disk) + (endsInDigit ? "p" : "") + std::to_string(partition);
+}
+
 // Everything udev tells, in order of the identifiers. We go through the kernel's folder ourselves: libudev's
 // own enumeration makes an object of every empty loop device, and takes as long for that as for all the rest.
 std::vector<Found> Enumerate() {
@@ -172,15 +184,24 @@ std::vector<Found> Enumerate() {
   }
 
   std::map<std::string_view, const Device*> disks;
+  std::map<std::uint64_t, int> owners;
   for (const Found& found : all) {
-    if (found.device.id.partition == 0) disks.emplace(found.path, &found.device);
+    if (found.device.id.partition != 0) continue;
+    disks.emplace(found.path, &found.device);
+    ++owners[found.device.id.disk];
   }
+  // A partition goes by the name of its disk and its number, as `FindDevice` looks for it.
   for (auto& [path, device, described] : all) {
     if (device.id.partition == 0) continue;
-    const auto disk = disks.find(ParentFolder(path));
-    if (disk != disks.end()) Inherit(device, *disk->second);
+    const std::string_view folder = ParentFolder(path);
+    const auto disk = disks.find(folder);
+    const bool isOwn = NameIn(path) == PartitionName(NameIn(folder), device.id.partition);
+    if (disk != disks.end() && isOwn) Inherit(device, *disk->second);
   }
-  std::erase_if(all, [](const Found& found) { return found.device.id.disk == 0; });
+  // No identifier, or one that could mean two disks, is nothing to mount by.
+  std::erase_if(all, [&](const Found& found) {
+    return found.device.id.disk == 0 || owners[found.device.id.disk] != 1;
+  });
   std::ranges::sort(all, {}, [](const Found& found) { return found.device.id; });
   return all;
 }
@@ -201,12 +222,6 @@ std::string DiskName(std::uint64_t sequence) {
     if (SequenceOf(name) == sequence) return name;
   }
   return {};
-}
-
-// The kernel's name of a partition: sda2, but loop0p2.
-std::string PartitionName(const std::string& disk, std::uint32_t partition) {
-  const bool endsInDigit = disk.back() >= '0' && disk.back() <= '9';
-  return disk + (endsInDigit ? "p" : "") + std::to_string(partition);
 }
 
 // Adds what only the device itself can tell. Opens it no more often than that takes.
@@ -248,9 +263,12 @@ std::optional<Device> FindDevice(const Identifier& id) {
 
 std::optional<Identifier> IdentifierOf(dev_t number) {
   const Counted<udev> context(udev_new());
-  if (!context) return std::nullopt;
+  if (!context) throw std::bad_alloc();
   const Counted<udev_device> device(udev_device_new_from_devnum(context.get(), 'b', number));
-  if (!device) return std::nullopt;
+  if (!device) {
+    ThrowIfExhausted("the device");
+    return std::nullopt;
+  }
   udev_device* disk = device.get();
   std::uint64_t partition = 0;
   if (IsPartition(disk)) {

@@ -26,14 +26,19 @@ class FileDescriptor {
   int number_;
 };
 
-/// Opens a file or a device; nothing when it is not there or may not be read. Throws std::system_error when
-/// it is we who have no descriptor or no memory left: that says nothing about the file. A device is not
-/// waited for, as the open of an optical drive otherwise waits for its tray.
-inline FileDescriptor OpenForReading(const std::string& path) {
-  const int number = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (number < 0 && (errno == EMFILE || errno == ENFILE || errno == ENOMEM)) {
+/// Throws std::system_error when `errno` says that it is we who have no descriptor or no memory left: that
+/// says nothing about what was to be read. Any other failure is the file's own.
+inline void ThrowIfExhausted(const std::string& path) {
+  if (errno == EMFILE || errno == ENFILE || errno == ENOMEM) {
     throw std::system_error(errno, std::generic_category(), "Could not read " + path);
   }
+}
+
+/// Opens a file or a device; nothing when it is not there or may not be read. Throws like `ThrowIfExhausted`.
+/// A device is not waited for, as the open of an optical drive otherwise waits for its tray.
+inline FileDescriptor OpenForReading(const std::string& path) {
+  const int number = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (number < 0) ThrowIfExhausted(path);
   return FileDescriptor(number);
 }
 

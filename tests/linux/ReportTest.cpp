@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include "linux/Command.h"
@@ -41,6 +44,28 @@ TEST(Report, ListsAllOrSaysThatItCannot) {
   }
   EXPECT_EQ(list.status, 0);
   EXPECT_GT(failures, 3);
+}
+
+TEST(Report, AMistakeInTheSystemsDataCostsItsRowsOnly) {
+  struct Mistake {
+    std::string file, text, lost;
+  };
+  const std::string all = " disk1 disk1s1 disk1s2 disk7 disk7s1 disk7s2 disk7s3 disk7s10 disk12 ";
+  for (const Mistake& mistake : {Mistake{"sdb2/uevent", "DEVTYPE=partition\nPARTN=2\n", " disk7s2 "},
+                                 {"sdb2/uevent", "DEVTYPE=partition\nPARTN=3\nDEVNAME=sdb2\n", " disk7s2 "},
+                                 {"sdb2/size", "", " disk7s2 "},
+                                 {"sda/uevent", "", " disk1 disk1s1 disk1s2 "},
+                                 {"sda/diskseq", "12", " disk1 disk1s1 disk1s2 disk12 "}}) {
+    const Testbed bed;
+    std::ofstream(getenv("UMOCKDEV_DIR") + ("/sys/class/block/" + mistake.file)) << mistake.text;
+    const Outcome list = Diskutil({"list"});
+    EXPECT_EQ(list.status, 0) << list.text;
+    std::istringstream ids(all);
+    for (std::string id; ids >> id;) {
+      const bool lost = mistake.lost.find(" " + id + " ") != std::string::npos;
+      EXPECT_NE(list.text.find("   " + id + "\n") != std::string::npos, lost) << mistake.file << id;
+    }
+  }
 }
 
 TEST(Report, InfoTellsTheMountedStateInSpiteOfTheName) {

@@ -41,8 +41,5 @@ void Testbed::SetMounts(const std::string& lines) const {
 }
 
 void Testbed::NumberDisk7(const std::string& sequence) const {
-  umockdev_testbed_set_attribute(
-      UMOCKDEV_TESTBED(bed_.get()),
-      "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1/1-1:1.0/host6/target6:0:0/6:0:0:0/block/sdb", "diskseq",
-      sequence.c_str());
+  std::ofstream(root_ + "/sys/class/block/sdb/diskseq") << sequence;
 }
