@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -61,6 +62,7 @@ struct Rect {
 
   int Width() const { return Right - Left; }
   int Height() const { return Bottom - Top; }
+  int Area() const { return Width() * Height(); }
   bool IsSane() const {
     return Width() > 0 && Height() > 0 && Width() <= kLargestSide && Height() <= kLargestSide;
   }
@@ -70,12 +72,7 @@ struct Rect {
 };
 
 Rect ReadRect(Cursor& in) {
-  Rect rect;
-  rect.Top = in.Signed();
-  rect.Left = in.Signed();
-  rect.Bottom = in.Signed();
-  rect.Right = in.Signed();
-  return rect;
+  return {in.Signed(), in.Signed(), in.Signed(), in.Signed()};  // in this order
 }
 
 /// A region or polygon: its size, which counts itself, in front.
@@ -118,12 +115,14 @@ bool ReadColors(Cursor& in, PixelMap& map) {
   return in.Good();
 }
 
-std::optional<Packing> DirectPacking(unsigned packType, unsigned pixelSize) {
-  if (packType == 0) packType = pixelSize == 16 ? 3 : 4;
-  if (packType == 1) return Packing::kNone;
-  if (packType == 2 && pixelSize == 32) return Packing::kNoPad;
-  if (packType == 3 && pixelSize == 16) return Packing::kWordRuns;
-  if (packType == 4 && pixelSize == 32) return Packing::kComponentRuns;
+/// How the rows of an image without a colour table are stored; nullopt for an image that there is not.
+std::optional<Packing> DirectPacking(unsigned packType, unsigned pixelSize, unsigned components) {
+  const bool words = pixelSize == 16;
+  const bool bytes = pixelSize == 32 && (components == 3 || components == 4);
+  if (packType == 1 && (words || bytes)) return Packing::kNone;
+  if (packType == 2 && bytes) return Packing::kNoPad;
+  if ((packType == 0 || packType == 3) && words) return Packing::kWordRuns;
+  if ((packType == 0 || packType == 4) && bytes) return Packing::kComponentRuns;
   return std::nullopt;
 }
 
@@ -145,15 +144,11 @@ std::optional<PixelMap> ReadPixelMap(Cursor& in, bool direct, bool packed) {
     map.Components = in.Word();
     in.Take(2 + 4 + 4 + 4);  // component size, plane offset, table handle, reserved
     if (direct) {
-      if (map.PixelSize != 16 && map.PixelSize != 32) return std::nullopt;
-      if (map.PixelSize == 32 && map.Components != 3 && map.Components != 4) return std::nullopt;
-      const auto packing = DirectPacking(packType, map.PixelSize);
+      const auto packing = DirectPacking(packType, map.PixelSize, map.Components);
       if (!packing) return std::nullopt;
       map.Pack = *packing;
-    } else {
-      if (map.PixelSize != 1 && map.PixelSize != 2 && map.PixelSize != 4 && map.PixelSize != 8)
-        return std::nullopt;
-      if (!ReadColors(in, map)) return std::nullopt;
+    } else if (!std::has_single_bit(map.PixelSize) || map.PixelSize > 8 || !ReadColors(in, map)) {
+      return std::nullopt;
     }
   }
   // Packing would gain nothing in such short rows, so they never are.
@@ -226,7 +221,8 @@ class PictReader {
       const unsigned opcode = in_.Word();
       if (!in_.Good()) return std::nullopt;
       if (opcode == 0x00FF) break;
-      if (!Perform(opcode) || !in_.Good()) return std::nullopt;
+      const bool isPixels = (opcode | 1) == 0x0091 || (opcode >= 0x0098 && opcode <= 0x009B);
+      if (!(isPixels ? DrawPixels(opcode) : Skip(opcode)) || !in_.Good()) return std::nullopt;
     }
     if (picture_.Pixels.empty()) return std::nullopt;
     return std::move(picture_);
@@ -247,20 +243,6 @@ class PictReader {
     return in_.Good() && frame_.IsSane();
   }
 
-  bool Perform(unsigned opcode) {
-    switch (opcode) {
-      case 0x0090:
-      case 0x0091:
-      case 0x0098:
-      case 0x0099:
-      case 0x009A:
-      case 0x009B:
-        return DrawPixels(opcode);
-      default:
-        return Skip(opcode);
-    }
-  }
-
   bool DrawPixels(unsigned opcode) {
     const bool hasRegion = (opcode & 1) != 0;
     const auto map = ReadPixelMap(in_, opcode >= 0x009A, opcode >= 0x0098);
@@ -270,7 +252,8 @@ class PictReader {
     in_.Word();  // the transfer mode: all are taken as a copy
     if (hasRegion) SkipSized(in_);
     if (!in_.Good() || !map->Bounds.Holds(source) || !source.IsSane() || !target.IsSane()) return false;
-    if (!Spend(map->Bounds) || !Spend(target)) return false;
+    budget_ -= map->Bounds.Area() + target.Area();
+    if (budget_ < 0) return false;
 
     // Grows with the rows that are really there, so a short file never takes much memory here.
     std::vector<std::uint32_t> pixels;
@@ -290,18 +273,12 @@ class PictReader {
     return true;
   }
 
-  bool Spend(const Rect& rect) {
-    budget_ -= rect.Width() * rect.Height();
-    return budget_ >= 0;
-  }
-
   void Copy(const std::vector<std::uint32_t>& pixels, const Rect& bounds, const Rect& source,
             const Rect& target) {
     if (picture_.Pixels.empty()) {
       picture_.Width = frame_.Width();
       picture_.Height = frame_.Height();
-      picture_.Pixels.resize(static_cast<std::size_t>(frame_.Width()) *
-                             static_cast<std::size_t>(frame_.Height()));
+      picture_.Pixels.resize(static_cast<std::size_t>(frame_.Area()));
     }
     for (int y = std::max(target.Top, frame_.Top); y < std::min(target.Bottom, frame_.Bottom); ++y) {
       const int fromY = source.Top - bounds.Top + (y - target.Top) * source.Height() / target.Height();
@@ -332,12 +309,18 @@ class PictReader {
     } else if (opcode < 0x0030) {
       in_.Take(in_.Word());
     } else if (opcode < 0x0090) {
-      SkipShape(opcode);
-    } else if (opcode == 0x00A0) {
+      // Rectangles, round ones, ovals, arcs, polygons and regions: eight ways to draw a new one, then eight
+      // to draw the last one again, where only arcs have data.
+      const bool again = (opcode & 8) != 0;
+      if (opcode >= 0x0070 && !again)
+        SkipSized(in_);
+      else if (opcode >= 0x0060 && opcode < 0x0070)
+        in_.Take(again ? 4 : 12);
+      else if (!again)
+        in_.Take(8);
+    } else if (opcode == 0x00A0 || opcode == 0x00A1) {
       in_.Take(2);
-    } else if (opcode == 0x00A1) {
-      in_.Take(2);
-      in_.Take(in_.Word());
+      if (opcode == 0x00A1) in_.Take(in_.Word());
     } else if (opcode < 0x00B0) {
       in_.Take(in_.Word());
     } else if (opcode >= 0x8100 || (opcode >= 0x00D0 && opcode < 0x0100)) {
@@ -346,19 +329,6 @@ class PictReader {
       in_.Take(opcode >> 8 << 1);
     }
     return true;
-  }
-
-  /// Rectangles, round ones, ovals, arcs, polygons and regions: eight ways to draw a new one, then eight to
-  /// draw the last one again, where only arcs have data.
-  void SkipShape(unsigned opcode) {
-    const bool again = (opcode & 8) != 0;
-    if (opcode >= 0x0070) {
-      if (!again) SkipSized(in_);
-    } else if (opcode >= 0x0060) {
-      in_.Take(again ? 4 : 12);
-    } else if (!again) {
-      in_.Take(8);
-    }
   }
 
   Cursor in_;
