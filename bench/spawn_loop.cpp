@@ -11,7 +11,7 @@
 // The commands of a scan of so many rows, one after the other, with nothing around them. Prints the seconds
 // they took.
 //
-//     bench_spawn_loop TOOL ROWS
+//     bench_spawn_loop TOOL ROWS [ID...]      the rows' identifiers, where the tool cares for them
 
 extern char** environ;
 
@@ -37,14 +37,16 @@ bool RunOnce(char* const* words) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) return 2;
+  if (argc < 3) return 2;
   char verbs[][8] = {"list", "info", "disk0s0"};
   char* const list[] = {argv[1], verbs[0], nullptr};
-  char* const info[] = {argv[1], verbs[1], verbs[2], nullptr};
   const int rows = std::atoi(argv[2]);
   const double start = Now();
   bool fine = RunOnce(list);
-  for (int row = 0; row < rows; ++row) fine = RunOnce(info) && fine;
+  for (int row = 0; row < rows; ++row) {
+    char* const info[] = {argv[1], verbs[1], row + 3 < argc ? argv[row + 3] : verbs[2], nullptr};
+    fine = RunOnce(info) && fine;
+  }
   std::printf("%.9f\n", Now() - start);
   return fine ? 0 : 1;
 }
