@@ -23,6 +23,9 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       EXPECT_EQ(first, Window2());
       EXPECT_EQ(first->Left, 130);
       EXPECT_EQ(first->Top, 70);
+      Window1()->UserResize(450, 800);
+      EXPECT_EQ(Window1()->ListBox2()->Height, 134 + 520);
+      EXPECT_EQ(Window1()->mountBtn()->Top, 226 + 520);
       first->staticTitle()->Text = "Mounting";
       first->StaticText1()->Text = "Mounting";
       first->UserClose();
@@ -50,16 +53,6 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
   EXPECT_EQ(TheStage().WindowsSeen, (std::vector<std::string>{"Window1.Window1", "Window3.Window3"}));
 }
 
-TEST_F(Windows, GrowByTheLocksOfTheirControls) {
-  RunProgram([] {
-    EventLoop::Deliver([] {
-      Window1()->UserResize(450, 800);
-      EXPECT_EQ(Window1()->ListBox2()->Height, 134 + 520);
-      EXPECT_EQ(Window1()->mountBtn()->Top, 226 + 520);
-    });
-  });
-}
-
 TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
   // clang-format off
   const struct {
@@ -84,8 +77,6 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       Choose("AppleAbout");
       EXPECT_EQ(about, AboutWindow()) << "a second window";
       const auto web = about->StaticText5(), mail = about->StaticText6();
-      EXPECT_EQ(TextOf(web), "https://www.dravik.example/");
-      EXPECT_EQ(TextOf(mail), "contact@dravik.example");
       web->Text = "https://elsewhere.example/";
       mail->Text = "nobody";
       web->UserMouseEnter();

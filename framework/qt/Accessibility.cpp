@@ -43,13 +43,15 @@ class Speaker final : public QObject, public QAccessible::ActivationObserver {
     ++times_;
     if (connected_)
       new Notice(window, text);
-    else if (QAccessible::isActive() || !sinceStart_.hasExpired(kStarting / 1ms))
+    else if (listening_ || Starting())
       kept_.push_back({&window, text});
   }
   int Times() const { return times_; }
 
   void accessibilityActiveChanged(bool active) override {
+    listening_ = active;
     connected_ = false;
+    if (!active || !Starting()) kept_.clear();  // it has long been over
     if (active) QTimer::singleShot(kConnecting, this, &Speaker::SayKept);
   }
 
@@ -59,13 +61,16 @@ class Speaker final : public QObject, public QAccessible::ActivationObserver {
     QString text;
   };
 
+  bool Starting() const { return !sinceStart_.hasExpired(kStarting / 1ms); }
+
   void SayKept() {
-    connected_ = QAccessible::isActive();
+    connected_ = listening_;
     for (const Kept& kept : std::exchange(kept_, {}))
       if (kept.window && connected_) new Notice(*kept.window, kept.text);
   }
 
   QElapsedTimer sinceStart_;
+  bool listening_ = false;
   bool connected_ = false;
   std::vector<Kept> kept_;
   int times_ = 0;
@@ -157,6 +162,9 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
   if (auto* canvas = dynamic_cast<CanvasView*>(object))
     return new QAccessibleWidget(canvas, QAccessible::Graphic);
   if (auto* label = dynamic_cast<LabelView*>(object)) return new AccessibleLabel(*label);
+  // A table asks only cells, headings and panes for their place in it, and complains about its scroll bars.
+  if (object->isWidgetType() && dynamic_cast<QTableView*>(object->parent()))
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Pane);
   return nullptr;
 }
 
