@@ -98,8 +98,9 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
   if (!started) Quit(EXIT_FAILURE);  // without its window nobody could ever end the program
   EventLoop::EndEvent();
   // With the baton still here: the picture of a window comes before the work of a thread that it has started.
-  for (std::size_t i = 0; i < Window::OpenOnes().size(); ++i)
-    Screen::Current().Present(*Ref<Window>(Window::OpenOnes()[i]));
+  std::size_t presented = 0;  // no loop over the list itself, which changes when a handler runs meanwhile
+  while (presented < Window::OpenOnes().size())
+    Screen::Current().Present(*Ref<Window>(Window::OpenOnes()[presented++]));
 }
 
 void Application::RunEventLoop() {

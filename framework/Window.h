@@ -143,7 +143,7 @@ Ref<Window> _GetImplicitWindow(const String& name);
 template <class T>
 Ref<T> ImplicitWindow(const String& name) {
   if (const auto open = _GetImplicitWindow(name)) return Cast<T>(open);
-  const Ref<T> made(new T);
+  Ref<T> made(new T);
   made->Open(name);
   return made;
 }

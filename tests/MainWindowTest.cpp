@@ -1,8 +1,5 @@
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/resource.h>
 
-#include <deque>
 #include <thread>
 
 #include "app/App.h"
@@ -153,21 +150,6 @@ TEST_F(MainWindow, AFailedListEndsTheProgramWithItsSettingsSaved) {
   EXPECT_EQ(TheStage().Messages, std::vector<std::string>{"Error code: 2"});
   EXPECT_EQ(Calls(), std::vector<std::string>{"list"});
   EXPECT_EQ(ReadPrefs().find("# Dravik's preferences version\n1.3\n# Scan on startup\nyes\n"), 0u);
-}
-
-/// There is room to read the settings, and none for a thread to start with.
-TEST_F(MainWindow, ThatCannotBeMadeEndsTheProgram) {
-  WritePrefs(true, false, false);
-  const rlimit few{100, 100};
-  setrlimit(RLIMIT_NOFILE, &few);
-  std::deque<Descriptor> taken;
-  while (taken.empty() || taken.back()) taken.emplace_back(open("/dev/null", O_RDONLY));
-  taken.resize(taken.size() - 4);  // the toolkit takes two
-  TheStage().Answers.emplace_back([&] { taken.clear(); });
-  EXPECT_EQ(RunProgram([] { FAIL() << "nobody can use it"; }), EXIT_FAILURE);
-  EXPECT_EQ(TheStage().Messages,
-            std::vector<std::string>{"An exception of the class RuntimeException was not handled."});
-  EXPECT_NE(ReadPrefs().find("\n# EOF\n"), std::string::npos);
 }
 
 TEST_F(MainWindow, AScanDuringAScanIsRefusedAndTearsNothing) {

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <string>
+
+#include "linux_diskutil/Identifier.h"
+
+namespace diskutil {
+
+/// One disk or partition as the system knew it when it was asked. Plain data. Texts that come from the disk
+/// itself (`label`, `entryType`) are raw bytes: clean them before they are printed.
+struct Device {
+  enum class Origin { kPhysical, kImage, kVirtual };
+
+  Identifier id;
+  std::string node;         ///< Device file, such as /dev/sdb2.
+  dev_t number = 0;         ///< Major and minor number; the kernel gives them again once a disk has gone.
+  std::uint64_t bytes = 0;  ///< Size.
+  bool readOnly = false;    ///< The device itself is write-protected.
+  bool removable = false;   ///< The medium can be taken out of its drive.
+  bool external = false;
+  Origin origin = Origin::kPhysical;
+  std::string protocol;  ///< How the disk is attached, such as "USB".
+
+  std::string tableType;  ///< libblkid's name of the partition table it holds, such as "gpt"; empty for none.
+  std::string entryScheme;  ///< Of a partition: the kind of table it is an entry of.
+  std::string entryType;    ///< Of a partition: its type in that table, such as "0xaf".
+  std::string fsType;       ///< libblkid's name of the content, such as "hfsplus"; empty for none.
+  std::string fsUsage;  ///< "filesystem" for what can be mounted; others are "crypto", "raid" and the like.
+  std::string label;
+  std::string uuid;
+
+  std::string type;  ///< The type to show, such as "Apple_HFS". Printable.
+};
+
+}  // namespace diskutil

@@ -1,0 +1,44 @@
+#include "linux_diskutil/InfoReport.h"
+
+#include "linux_diskutil/Label.h"
+#include "linux_diskutil/Size.h"
+
+namespace diskutil {
+namespace {
+
+std::string Line(std::string label, const std::string& value) {
+  constexpr std::size_t kValueColumn = 26;
+  if (value.empty()) return {};
+  label.resize(kValueColumn, ' ');
+  return "   " + label + value + "\n";
+}
+
+std::string YesNo(bool yes) {
+  return yes ? "Yes" : "No";
+}
+
+std::string FileSystemName(const Device& device) {
+  if (device.fsType == "hfs") return "HFS";
+  if (device.fsType == "hfsplus") return device.type == "Apple_HFSX" ? "HFS+ (case-sensitive)" : "HFS+";
+  return CleanLabel(device.fsType);
+}
+
+}  // namespace
+
+std::string InfoReport(const Device& device, const std::optional<Mount>& mount) {
+  return Line("Device Identifier:", device.id.Text()) +                                                  //
+         Line("Device Node:", device.node) +                                                             //
+         Line("Mounted:", YesNo(mount.has_value())) +                                                    //
+         Line("Volume Name:", CleanLabel(device.label)) +                                                //
+         Line("Mount Point:", mount ? CleanLabel(mount->point) : "") +                                   //
+         Line("Partition Type:", device.type) +                                                          //
+         Line("File System:", FileSystemName(device)) +                                                  //
+         Line("Volume UUID:", CleanLabel(device.uuid)) +                                                 //
+         Line("Disk Size:", SizeText(device.bytes) + " (" + std::to_string(device.bytes) + " Bytes)") +  //
+         Line("Read-Only Volume:", YesNo(mount ? mount->readOnly : device.readOnly)) +                   //
+         Line("Device Location:", device.external ? "External" : "Internal") +                           //
+         Line("Removable Media:", device.removable ? "Removable" : "Fixed") +                            //
+         Line("Protocol:", device.protocol);
+}
+
+}  // namespace diskutil

@@ -1,0 +1,56 @@
+#include "linux_diskutil/ListReport.h"
+
+#include <algorithm>
+
+#include "linux_diskutil/Label.h"
+#include "linux_diskutil/Size.h"
+
+namespace diskutil {
+namespace {
+
+std::string AlignRight(const std::string& text, std::size_t width) {
+  return std::string(width - std::min(width, CharacterCount(text)), ' ') + text;
+}
+
+std::string AlignLeft(const std::string& text, std::size_t width) {
+  return text + std::string(width - std::min(width, CharacterCount(text)), ' ');
+}
+
+std::string Row(const std::string& number, const std::string& type, const std::string& name,
+                const std::string& size, const std::string& identifier) {
+  constexpr std::size_t kNameAndSize = 32;
+  const std::string sizeField = AlignRight("  " + size, 10);
+  return AlignRight(number, 5) + AlignRight(type, 27) + " " +
+         AlignLeft(name, kNameAndSize - sizeField.size()) + sizeField + "   " + identifier + "\n";
+}
+
+std::string HeadLine(const Device& disk) {
+  std::string kind = "disk image";
+  if (disk.origin != Device::Origin::kImage) {
+    kind = disk.external ? "external" : "internal";
+    kind += disk.origin == Device::Origin::kPhysical ? ", physical" : ", virtual";
+  }
+  return "/dev/" + disk.id.Text() + " (" + kind + "):\n";
+}
+
+}  // namespace
+
+std::string ListReport(const std::vector<Device>& devices) {
+  std::string text;
+  for (const Device& device : devices) {
+    const bool wholeDisk = device.id.partition == 0;
+    if (wholeDisk) {
+      if (!text.empty()) text += '\n';
+      text += HeadLine(device) + Row("#:", "TYPE", "NAME", "SIZE", "IDENTIFIER");
+    }
+    // A star marks the size of what is cut into partitions. A disk that is one volume is a row like any
+    // other.
+    const std::string star = wholeDisk && !device.tableType.empty() ? "*" : "";
+    text += Row(std::to_string(device.id.partition) + ":", device.type, CleanLabel(device.label),
+                star + SizeText(device.bytes), device.id.Text());
+  }
+  if (!text.empty()) text += '\n';
+  return text;
+}
+
+}  // namespace diskutil

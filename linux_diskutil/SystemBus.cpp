@@ -1,0 +1,69 @@
+#include "linux_diskutil/SystemBus.h"
+
+#include <dlfcn.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <utility>
+
+namespace diskutil {
+
+const SdBus& SdBusLibrary() {
+  static const SdBus library = [] {
+    SdBus made;
+    void* handle = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL);
+    made.complete = handle != nullptr;
+#define DRAVIK_LOOK_UP(name)                                                                  \
+  made.name = handle ? reinterpret_cast<decltype(made.name)>(dlsym(handle, #name)) : nullptr; \
+  made.complete = made.complete && made.name;
+    DRAVIK_SD_BUS_FUNCTIONS(DRAVIK_LOOK_UP)
+#undef DRAVIK_LOOK_UP
+    return made;
+  }();
+  return library;
+}
+
+Connection Connect(std::chrono::microseconds limit) {
+  if (!SdBusLibrary().complete) return {};
+  sd_bus* made = nullptr;
+  if (SdBusLibrary().sd_bus_new(&made) < 0) return {};
+  Bus bus(made);
+  const char* set = secure_getenv("DBUS_SYSTEM_BUS_ADDRESS");
+  const char* address = set && *set ? set : "unix:path=/run/dbus/system_bus_socket";
+  if (SdBusLibrary().sd_bus_set_address(made, address) < 0 ||
+      SdBusLibrary().sd_bus_set_bus_client(made, 1) < 0 || SdBusLibrary().sd_bus_start(made) < 0) {
+    return {};
+  }
+  const auto end = std::chrono::steady_clock::now() + limit;
+  while (SdBusLibrary().sd_bus_is_ready(made) == 0) {
+    const int done = SdBusLibrary().sd_bus_process(made, nullptr);
+    if (done < 0) return {};
+    if (done > 0) continue;
+    const auto left =
+        std::chrono::duration_cast<std::chrono::microseconds>(end - std::chrono::steady_clock::now());
+    if (left.count() <= 0) return {nullptr, true};
+    if (SdBusLibrary().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())) < 0) return {};
+  }
+  return {SdBusLibrary().sd_bus_is_ready(made) > 0 ? std::move(bus) : nullptr};
+}
+
+Message NewCall(sd_bus* bus, const char* service, const std::string& object, const char* interface,
+                const char* method) {
+  sd_bus_message* call = nullptr;
+  const int result =
+      SdBusLibrary().sd_bus_message_new_method_call(bus, &call, service, object.c_str(), interface, method);
+  return Message(result < 0 ? nullptr : call);
+}
+
+Answer Call(sd_bus* bus, sd_bus_message* call, std::chrono::microseconds limit) {
+  sd_bus_error error{};
+  sd_bus_message* reply = nullptr;
+  const int result =
+      SdBusLibrary().sd_bus_call(bus, call, static_cast<std::uint64_t>(limit.count()), &error, &reply);
+  const char* unnamed = result < 0 ? "?" : "";
+  Answer answer{Message(reply), error.name ? error.name : unnamed, error.message ? error.message : ""};
+  SdBusLibrary().sd_bus_error_free(&error);
+  return answer;
+}
+
+}  // namespace diskutil

@@ -1,0 +1,42 @@
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "framework/CleanStart.h"
+#include "linux_diskutil/Command.h"
+
+namespace {
+
+bool Write(int file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(file, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  if (!CleanStart()) {
+    Write(STDERR_FILENO, std::string("Could not open /dev/null: ") + std::strerror(errno) + "\n");
+    return 1;
+  }
+
+  const diskutil::Outcome outcome =
+      diskutil::RunCommand({words + (count > 0 ? 1 : 0), words + count}, diskutil::Udisks());
+  if (outcome.status != 0) {
+    Write(STDERR_FILENO, outcome.text);
+    return outcome.status;
+  }
+  // Some file systems tell only at the close that they had no room.
+  if (Write(STDOUT_FILENO, outcome.text) && close(STDOUT_FILENO) == 0) return 0;
+  Write(STDERR_FILENO, std::string("Could not write the result: ") + std::strerror(errno) + "\n");
+  return 1;
+}
