@@ -10,12 +10,9 @@
 #include <sstream>
 #include <thread>
 
-#include "framework/Application.h"
-#include "framework/ChildProcess.h"
-#include "framework/EventLoop.h"
-#include "framework/Thread.h"
-#include "tests/headless/ProgramFixture.h"
-#include "tests/headless/Worker.h"
+#include "framework/MainThread.h"
+#include "tests/FolderFixture.h"
+#include "tests/Worker.h"
 
 namespace {
 
@@ -31,14 +28,9 @@ void PrintTo(const Outcome& outcome, std::ostream* stream) {
   *stream << outcome.Code << " \"" << outcome.Text.substr(0, 200) << "\"";
 }
 
-class ShellTest : public ProgramFixture {
+class ShellTest : public FolderFixture {
  protected:
-  /// A command in a folder of the home folder.
-  void Script(const std::string& path, const std::string& text, bool executable = true) const {
-    fs::create_directories((home_ / path).parent_path());
-    std::ofstream(home_ / path) << text;
-    if (executable) fs::permissions(home_ / path, fs::perms::owner_all);
-  }
+  ~ShellTest() override { Thread::EndAll(); }
 
   static Outcome Execute(const std::string& line) {
     const auto shell = New<Shell>();
@@ -46,17 +38,15 @@ class ShellTest : public ProgramFixture {
     return {shell->ErrorCode(), shell->Result().Utf8()};
   }
   static Outcome OnMain(const std::string& line) {
-    Outcome outcome;
-    EventLoop::Deliver([&] { outcome = Execute(line); });
-    return outcome;
+    return InTurn([&] { return Execute(line); });
   }
   /// The outcome on the main thread, which must be that on a thread too.
   static Outcome OnBoth(const std::string& line) {
     Outcome outcome;
     const auto worker = New<Worker>();
     worker->Work = [&] { outcome = Execute(line); };
-    EventLoop::Deliver([&] { worker->Run(); });
-    EXPECT_TRUE(PumpUntil([&] { return worker->KillFd() < 0; }));
+    InTurn([&] { worker->Run(); });
+    EXPECT_TRUE(WaitUntil([&] { return worker->KillFd() < 0; }));
     EXPECT_EQ(outcome, OnMain(line)) << line;
     return outcome;
   }
@@ -65,14 +55,12 @@ class ShellTest : public ProgramFixture {
 TEST_F(ShellTest, TellsEveryStatusApart) {
   Script("bin/end", "#!/bin/sh\nexit $1\n");
   Script("bin/die", "#!/bin/sh\necho last words; kill -s $1 $$\n");
-  RunProgram([&] {
-    for (int status = 0; status < 256; ++status)
-      EXPECT_EQ(OnMain("end " + std::to_string(status)), (Outcome{status, ""}));
-    EXPECT_EQ(OnBoth("end 255"), (Outcome{255, ""}));
-    for (const auto& [name, number] :
-         {std::pair{"HUP", 1}, {"INT", 2}, {"KILL", 9}, {"PIPE", 13}, {"TERM", 15}})
-      EXPECT_EQ(OnBoth(std::string("die ") + name), (Outcome{128 + number, "last words\n"}));
-  });
+  for (int status = 0; status < 256; ++status)
+    EXPECT_EQ(OnMain("end " + std::to_string(status)), (Outcome{status, ""}));
+  EXPECT_EQ(OnBoth("end 255"), (Outcome{255, ""}));
+  for (const auto& [name, number] :
+       {std::pair{"HUP", 1}, {"INT", 2}, {"KILL", 9}, {"PIPE", 13}, {"TERM", 15}})
+    EXPECT_EQ(OnBoth(std::string("die ") + name), (Outcome{128 + number, "last words\n"}));
 }
 
 TEST_F(ShellTest, SaysWhyACommandDidNotRun) {
@@ -80,18 +68,16 @@ TEST_F(ShellTest, SaysWhyACommandDidNotRun) {
   Script("bin/lost", "#!/no/such/interpreter\n");
   Script("bin/bare", "touch " + (home_ / "touched").string() + "\n");
   fs::create_directory(home_ / "bin/folder");
-  RunProgram([&] {
-    testing::internal::CaptureStderr();
-    for (const char* line : {"", " \t ", "nosuch", "/no/such", "./bin/bare"})
-      EXPECT_EQ(OnBoth(line), (Outcome{127, ""})) << line;
-    for (const char* line : {"plain", "lost", "bare", "folder", "/"})
-      EXPECT_EQ(OnBoth(line), (Outcome{126, ""})) << line;
-    EXPECT_EQ(OnBoth(std::string("printf a\0b", 10)).Code, 126) << "a word was cut short";
-    const std::string told = testing::internal::GetCapturedStderr();
-    EXPECT_NE(told.find("nosuch: No such file or directory\n"), std::string::npos) << told;
-    EXPECT_NE(told.find("bare: Exec format error\n"), std::string::npos) << told;
-    EXPECT_FALSE(fs::exists(home_ / "touched")) << "an interpreter took part";
-  });
+  testing::internal::CaptureStderr();
+  for (const char* line : {"", " \t ", "nosuch", "/no/such", "./bin/bare"})
+    EXPECT_EQ(OnBoth(line), (Outcome{127, ""})) << line;
+  for (const char* line : {"plain", "lost", "bare", "folder", "/"})
+    EXPECT_EQ(OnBoth(line), (Outcome{126, ""})) << line;
+  EXPECT_EQ(OnBoth(std::string("printf a\0b", 10)).Code, 126) << "a word was cut short";
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_NE(told.find("nosuch: No such file or directory\n"), std::string::npos) << told;
+  EXPECT_NE(told.find("bare: Exec format error\n"), std::string::npos) << told;
+  EXPECT_FALSE(fs::exists(home_ / "touched")) << "an interpreter took part";
 }
 
 TEST_F(ShellTest, PassesWordsAsTheyAre) {
@@ -102,62 +88,37 @@ TEST_F(ShellTest, PassesWordsAsTheyAre) {
   // clang-format on
   Script("bin/args", "#!/bin/sh\nprintf '<%s>' \"$@\"\n");
   fs::current_path(home_);
-  RunProgram([&] {
-    std::string line = "  args", expected;
-    for (const auto& word : words) {
-      line += " \t " + word;
-      expected += "<" + word + ">";
-    }
-    EXPECT_EQ(OnBoth(line + " "), (Outcome{0, expected}));
-    EXPECT_FALSE(fs::exists("touched"));
-  });
-}
-
-TEST_F(ShellTest, LooksCommandsUpInOrderAndOnlyInAbsoluteFolders) {
-  for (const char* folder : {"", "relative/", "first/", "second/", "own/"})
-    Script(std::string(folder) + "which-one", std::string("#!/bin/sh\nprintf '") + folder + "'\n");
-  Script("blocked/which-one", "", false);
-  fs::current_path(home_);
-  const auto found = [&](std::string path) {
-    for (std::size_t at; (at = path.find("~")) != std::string::npos;) path.replace(at, 1, home_.string());
-    setenv("PATH", path.c_str(), 1);
-    ChildProcess child({"which-one"}, home_ / "own", Outlet::kPipe);
-    while (child.Advance()) std::this_thread::yield();
-    return child.Status() == 0 ? String(child.TakeOutput()).Utf8() : std::to_string(child.Status());
-  };
-  EXPECT_EQ(found("~/first:~/second"), "first/");
-  EXPECT_EQ(found("~/nowhere:~/blocked:~/second:~/first"), "second/");
-  EXPECT_EQ(found(":relative:.:./relative::"), "own/");
-  EXPECT_EQ(found(""), "own/");
-  fs::remove_all(home_ / "own");
-  EXPECT_EQ(found(":relative:.:"), "127");
-  EXPECT_EQ(found("~/blocked"), "126");
+  std::string line = "  args", expected;
+  for (const auto& word : words) {
+    line += " \t " + word;
+    expected += "<" + word + ">";
+  }
+  EXPECT_EQ(OnBoth(line + " "), (Outcome{0, expected}));
+  EXPECT_FALSE(fs::exists("touched"));
 }
 
 TEST_F(ShellTest, GivesTheCommandNothingButThreeDescriptors) {
   if (!fs::exists("/proc/self/fd")) GTEST_SKIP() << "no /proc to look at";
-  RunProgram([&] {
-    for (const int fd : {7, 33, 200}) dup2(STDERR_FILENO, fd);
-    signal(SIGINT, SIG_IGN);
-    sigset_t blocked;
-    sigemptyset(&blocked);
-    sigaddset(&blocked, SIGUSR1);
-    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+  for (const int fd : {7, 33, 200}) dup2(STDERR_FILENO, fd);
+  signal(SIGINT, SIG_IGN);
+  sigset_t blocked;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGUSR1);
+  pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
 
-    // The fourth is the folder itself, which ls has open.
-    EXPECT_EQ(OnBoth("ls /proc/self/fd").Text, "0\n1\n2\n3\n");
-    EXPECT_EQ(OnBoth("readlink /proc/self/fd/0").Text, "/dev/null\n");
-    std::istringstream status(OnBoth("grep -E ^Sig(Blk|Ign): /proc/self/status").Text);
-    constexpr std::uint64_t kKeptByTheLibrary = std::uint64_t{3} << 31;  // signals 32 and 33
-    int masks = 0;
-    for (std::string name, mask; status >> name >> mask; ++masks)
-      EXPECT_EQ(std::stoull(mask, nullptr, 16) & ~kKeptByTheLibrary, 0u) << name;
-    EXPECT_EQ(masks, 2);
-    std::istringstream process(OnMain("cat /proc/self/stat").Text);
-    std::string id, name, state, parent, group;
-    process >> id >> name >> state >> parent >> group;
-    EXPECT_EQ(group, id);
-  });
+  // The fourth is the folder itself, which ls has open.
+  EXPECT_EQ(OnBoth("ls /proc/self/fd").Text, "0\n1\n2\n3\n");
+  EXPECT_EQ(OnBoth("readlink /proc/self/fd/0").Text, "/dev/null\n");
+  std::istringstream status(OnBoth("grep -E ^Sig(Blk|Ign): /proc/self/status").Text);
+  constexpr std::uint64_t kKeptByTheLibrary = std::uint64_t{3} << 31;  // signals 32 and 33
+  int masks = 0;
+  for (std::string name, mask; status >> name >> mask; ++masks)
+    EXPECT_EQ(std::stoull(mask, nullptr, 16) & ~kKeptByTheLibrary, 0u) << name;
+  EXPECT_EQ(masks, 2);
+  std::istringstream process(OnMain("cat /proc/self/stat").Text);
+  std::string id, name, state, parent, group;
+  process >> id >> name >> state >> parent >> group;
+  EXPECT_EQ(group, id);
 }
 
 TEST_F(ShellTest, TakesOutputHoweverItComes) {
@@ -167,16 +128,14 @@ TEST_F(ShellTest, TakesOutputHoweverItComes) {
   Script("bin/bytes", "#!/bin/sh\nprintf '\\377\\300\\0\\n\\r\\200'\n");
   Script("bin/asks", "#!/bin/sh\nread answer && echo \"$answer\"\nexit 5\n");
   Script("bin/slow", "#!/bin/sh\nfor i in 1 2 3; do sleep 0.05; printf $i; done\n");
-  RunProgram([&] {
-    EXPECT_EQ(OnBoth("closes"), (Outcome{3, ""}));
-    EXPECT_EQ(OnBoth("bytes"), (Outcome{0, std::string("\xFF\xC0\0\n\r\x80", 6)}));
-    EXPECT_EQ(OnBoth("asks"), (Outcome{5, ""}));
-    EXPECT_EQ(OnBoth("slow"), (Outcome{0, "123"}));
-    EXPECT_EQ(OnMain("leaves"), (Outcome{4, "out\n"}));
-    kill(std::stoi(TextOf(home_ / "left")), SIGKILL);
-    const Outcome flood = OnMain("head -c 100000000 /dev/zero");
-    EXPECT_TRUE(flood.Text == std::string(100'000'000, '\0')) << flood.Text.size();
-  });
+  EXPECT_EQ(OnBoth("closes"), (Outcome{3, ""}));
+  EXPECT_EQ(OnBoth("bytes"), (Outcome{0, std::string("\xFF\xC0\0\n\r\x80", 6)}));
+  EXPECT_EQ(OnBoth("asks"), (Outcome{5, ""}));
+  EXPECT_EQ(OnBoth("slow"), (Outcome{0, "123"}));
+  EXPECT_EQ(OnMain("leaves"), (Outcome{4, "out\n"}));
+  kill(std::stoi(TextOf(home_ / "left")), SIGKILL);
+  const Outcome flood = OnMain("head -c 100000000 /dev/zero");
+  EXPECT_TRUE(flood.Text == std::string(100'000'000, '\0')) << flood.Text.size();
 }
 
 #ifdef __linux__
@@ -191,19 +150,23 @@ TEST_F(ShellTest, AQuitLeavesAFolderThatHangs) {
   setenv("PATH", (folder + ":/usr/bin:/bin").c_str(), 1);
   const auto worker = New<Worker>();
   worker->Work = [] { Execute("printf x"); };
-  RunProgram([&] {
-    EventLoop::Deliver([&] { worker->Run(); });
-    bool handled = false;
-    EventLoop::Deliver([&] { handled = true; });
-    EXPECT_TRUE(handled) << "the turn was held";
-    std::thread outside([] {
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-      Application::QuitFromOutside();
-    });
-    OnMain("printf x");
-    outside.join();
-    EXPECT_TRUE(EventLoop::Quitting());
-  });
+  InTurn([&] { worker->Run(); });
+  EXPECT_TRUE(WaitUntil([] { return true; })) << "the turn is held";
+  class Leaves final : public MainThread {
+   public:
+    void WaitForInput(const std::vector<int>&, int) override {}
+    void LeaveWhenQuitting() override {
+      if (++asked_ > 1) throw Left();
+    }
+    struct Left {};
+
+   private:
+    int asked_ = 0;
+  };
+  static Leaves leaves;
+  MainThread::Install(leaves);
+  EXPECT_THROW(OnMain("printf x"), Leaves::Left);
+  Thread::EndAll();
   umount2(folder.c_str(), MNT_FORCE | MNT_DETACH);
 }
 #endif
@@ -216,12 +179,10 @@ TEST_F(ShellTest, AQuitEndsAHangingCommandOfAThread) {
     Execute("stubborn");
     ADD_FAILURE() << "the thread went on";
   };
-  std::chrono::steady_clock::time_point quit;
-  RunProgram([&] {
-    EventLoop::Deliver([&] { worker->Run(); });
-    ASSERT_TRUE(PumpUntil([&] { return !TextOf(home_ / "pid").empty(); }));
-    quit = std::chrono::steady_clock::now();
-  });
+  InTurn([&] { worker->Run(); });
+  ASSERT_TRUE(WaitUntil([&] { return !TextOf(home_ / "pid").empty(); }));
+  const auto quit = std::chrono::steady_clock::now();
+  Thread::EndAll();
   EXPECT_LT(std::chrono::steady_clock::now() - quit, std::chrono::seconds(10));
   EXPECT_NE(kill(std::stoi(TextOf(home_ / "pid")), 0), 0) << "the command still runs";
 }

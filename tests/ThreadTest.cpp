@@ -1,24 +1,21 @@
 #include "framework/Thread.h"
 
-#include <chrono>
-#include <stdexcept>
+#include <gtest/gtest.h>
 
-#include "framework/Application.h"
-#include "framework/EventLoop.h"
-#include "framework/Shell.h"
-#include "tests/headless/ProgramFixture.h"
-#include "tests/headless/Worker.h"
+#include "tests/Worker.h"
 
 namespace {
 
-class ThreadTest : public ProgramFixture {
+class ThreadTest : public testing::Test {
  protected:
+  ~ThreadTest() override { Thread::EndAll(); }
+
   void Start(std::function<void()> work) {
     worker_->Work = std::move(work);
-    EventLoop::Deliver([this] { worker_->Run(); });
+    InTurn([this] { worker_->Run(); });
   }
   bool Ends() {
-    return PumpUntil([this] { return worker_->KillFd() < 0; });
+    return WaitUntil([this] { return worker_->KillFd() < 0; });
   }
   /// A worker that counts until it is killed.
   void StartCounting() {
@@ -34,8 +31,8 @@ class ThreadTest : public ProgramFixture {
     });
   }
   bool Counts() {
-    const int before = Read([this] { return count_; });
-    return PumpUntil([&] { return count_ > before; });
+    const int before = InTurn([this] { return count_; });
+    return WaitUntil([&] { return count_ > before; });
   }
 
   Ref<Worker> worker_ = New<Worker>();
@@ -44,90 +41,41 @@ class ThreadTest : public ProgramFixture {
 };
 
 TEST_F(ThreadTest, RunsUntilItIsKilledHandsOverBothWaysAndRunsAgain) {
-  RunProgram([&] {
-    for (int run = 0; run < 3; ++run) {
-      left_ = false;
-      StartCounting();
-      for (int turn = 0; turn < 50; ++turn) ASSERT_TRUE(Counts()) << "one of the two starved";
-      EventLoop::Deliver([&] {
-        EXPECT_THROW(worker_->Run(), ThreadAlreadyRunningException);
-        worker_->Kill();
-      });
-      ASSERT_TRUE(Ends());
-      EXPECT_TRUE(left_) << "the thread did not unwind";
-    }
-  });
+  for (int run = 0; run < 3; ++run) {
+    left_ = false;
+    StartCounting();
+    for (int turn = 0; turn < 50; ++turn) ASSERT_TRUE(Counts()) << "one of the two starved";
+    InTurn([&] {
+      EXPECT_THROW(worker_->Run(), ThreadAlreadyRunningException);
+      worker_->Kill();
+    });
+    ASSERT_TRUE(Ends());
+    EXPECT_TRUE(left_) << "the thread did not unwind";
+  }
 }
 
 TEST_F(ThreadTest, StandsStillWhileSuspendedOrAsleepAndCanBeKilledThen) {
   using namespace std::chrono;
-  RunProgram([&] {
-    for (const bool asleep : {false, true}) {
-      StartCounting();
-      ASSERT_TRUE(Counts());
-      const auto begin = steady_clock::now();
-      EventLoop::Deliver([&] { asleep ? worker_->Sleep(60) : worker_->Suspend(); });
-      const int last = Read([&] { return count_; }) + 1;  // it may be on its way from a yield point
-      if (asleep) {
-        EXPECT_TRUE(PumpUntil([&] { return count_ > last; }));
-        EXPECT_GE(duration_cast<milliseconds>(steady_clock::now() - begin).count(), 60);
-      } else {
-        int looks = 0;
-        EXPECT_TRUE(PumpUntil([&] { return ++looks > 10; }));
-        EXPECT_LE(Read([&] { return count_; }), last);
-        EventLoop::Deliver([&] { worker_->Resume(); });
-        EXPECT_TRUE(Counts());
-      }
-      EventLoop::Deliver([&] { asleep ? worker_->Sleep(3'600'000) : worker_->Suspend(); });
-      EventLoop::Deliver([&] { worker_->Kill(); });
-      EXPECT_TRUE(Ends());
+  for (const bool asleep : {false, true}) {
+    StartCounting();
+    ASSERT_TRUE(Counts());
+    const auto begin = steady_clock::now();
+    InTurn([&] { asleep ? worker_->Sleep(60) : worker_->Suspend(); });
+    const int last = InTurn([&] { return count_; }) + 1;  // it may be on its way from a yield point
+    if (asleep) {
+      EXPECT_TRUE(WaitUntil([&] { return count_ > last; }));
+      EXPECT_GE(duration_cast<milliseconds>(steady_clock::now() - begin).count(), 60);
+    } else {
+      int looks = 0;
+      EXPECT_TRUE(WaitUntil([&] { return ++looks > 10; }));
+      EXPECT_LE(InTurn([&] { return count_; }), last);
+      InTurn([&] { worker_->Resume(); });
+      EXPECT_TRUE(Counts());
     }
-  });
-}
-
-TEST_F(ThreadTest, AMessageAskedForDuringAHandlerComesUpBehindIt) {
-  RunProgram([&] {
-    std::atomic<bool> asked = false;
-    DismissMessages(1);
-    Start([&] {
-      asked = true;
-      MsgBox("Hello");
-    });
-    while (!asked) std::this_thread::yield();
-    EventLoop::Deliver([] {
-      New<Shell>()->Execute("sleep 0.1");
-      EXPECT_TRUE(TheStage().Messages.empty()) << "a message came up in the middle of a handler";
-    });
-    EXPECT_TRUE(Ends()) << "the message was forgotten";
-  });
-}
-
-TEST_F(ThreadTest, AQuitEndsItsWaitForAMessage) {
-  RunProgram([&] {
-    worker_->Work = [] {
-      MsgBox("Nobody will see this");
-      ADD_FAILURE() << "the thread went on";
-    };
-    EventLoop::Deliver([&] {
-      worker_->Run();
-      Quit(0);
-    });
-  });
-  EXPECT_TRUE(TheStage().Messages.empty());
-}
-
-TEST_F(ThreadTest, AnExceptionNamesItsClassAndEndsTheThreadOnly) {
-  RunProgram([&] {
-    DismissMessages(3);
-    Start([] { Ref<Window>()->Show(); });
-    ASSERT_TRUE(Ends());
-    EventLoop::Deliver([] { Ref<Window>()->Show(); });
-    EventLoop::Deliver([] { throw std::length_error("not a class"); });
-    const char* const nil = "An exception of the class NilObjectException was not handled.";
-    EXPECT_EQ(
-        TheStage().Messages,
-        (std::vector<std::string>{nil, nil, "An exception of the class std::length_error was not handled."}));
-  });
+    InTurn([&] { asleep ? worker_->Sleep(3'600'000) : worker_->Suspend(); });
+    InTurn([&] { worker_->Kill(); });
+    EXPECT_TRUE(Ends());
+  }
 }
 
 }  // namespace

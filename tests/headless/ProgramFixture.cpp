@@ -28,24 +28,17 @@ std::string Style(const Listbox& list, int row) {
 }  // namespace
 
 ProgramFixture::ProgramFixture() {
-  std::string folder = testing::TempDir() + "dravik-XXXXXX";
-  if (!mkdtemp(folder.data())) std::abort();
-  home_ = folder;
   config_ = home_ / "config";
   tool_ = home_ / "bin";
   fs::create_directories(config_);
-  fs::create_directories(tool_);
   fs::create_symlink(DRAVIK_SOURCE_DIR "/tests/tools/diskutil", tool_ / "diskutil");
-  setenv("HOME", home_.c_str(), 1);
   setenv("XDG_CONFIG_HOME", config_.c_str(), 1);
-  setenv("PATH", (tool_.string() + ":/usr/bin:/bin").c_str(), 1);
   WritePrefs(false, false, false);
 }
 
 ProgramFixture::~ProgramFixture() {
   std::error_code failed;
   fs::permissions(config_, fs::perms::owner_all, failed);
-  fs::remove_all(home_, failed);
 }
 
 int ProgramFixture::RunProgram(std::function<void()> user) {
@@ -119,9 +112,4 @@ bool ProgramFixture::IsOpen(const std::string& window) {
 
 bool ProgramFixture::IsEnabled(const String& control) {
   return Read([&] { return Window1()->Named<Control>(control)->Enabled.Get(); });
-}
-
-std::string TextOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -9,12 +7,13 @@
 
 #include "framework/Baton.h"
 #include "framework/EventLoop.h"
+#include "tests/FolderFixture.h"
 #include "tests/headless/HeadlessToolkit.h"
 #include "windows/Window1.h"
 
 /// Runs the program, from its start to its end, in a temporary home folder of its own and with a stand-in
 /// diskutil on PATH, whose answers are files: see tests/tools/diskutil.
-class ProgramFixture : public testing::Test {
+class ProgramFixture : public FolderFixture {
  protected:
   ProgramFixture();
   ~ProgramFixture() override;
@@ -81,10 +80,6 @@ class ProgramFixture : public testing::Test {
     });
   }
 
-  std::filesystem::path home_;
   std::filesystem::path config_;
   std::filesystem::path tool_;
 };
-
-/// Text of a file, empty when there is none.
-std::string TextOf(const std::filesystem::path& file);
