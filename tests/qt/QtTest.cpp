@@ -290,7 +290,7 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
     // clang-format off
     Click(Button("Scan"));
     hears("Executing the command 'diskutil list' Looking for Drives / Partitions Please wait...|2 volumes");
-    for (QWidget* part : List()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+    for (QWidget* part : List()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
       EXPECT_GE(QAccessible::queryAccessibleInterface(List())->indexOfChild(QAccessible::queryAccessibleInterface(part)), 0);
     finds(List(), "Disks and partitions Table -|Backup, mounted Cell - Toggle|120.5 GB Cell - Toggle|disk7s2 Cell - Toggle|<b>x</b>\uFFFD, not mounted Cell - Toggle|1.0 GB Cell - Toggle|disk7s3 Cell - Toggle|Scan Button - Press SetFocus|Mount Button disabled|Info... Button disabled|Disk/partition name StaticText -|Identifier StaticText -|Size StaticText -|unMount Button disabled");
     Click(List()->viewport(), InRow(1));
