@@ -25,22 +25,22 @@
 
 namespace {
 
-struct Run {
+struct RunState {
   Ref<Application> application;
   std::thread::id mainThread;
   std::atomic<bool> displayGone = false;
   std::atomic<int> exitStatus = 0;
 };
 
-Run& TheRun() {
-  static Run run;
+RunState& TheRun() {
+  static RunState run;
   return run;
 }
 
 /// A quit from outside, out of whatever the main thread is doing: threads end and the application is closed;
 /// only its windows are past closing. Also run by `exit`, with which a toolkit may end the process.
 void LeaveWithoutDisplay() {
-  Run& run = TheRun();
+  RunState& run = TheRun();
   if (!run.application) return;  // the ordinary end
   SilenceMessages();
   EventLoop::BeginQuit();
@@ -104,7 +104,7 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
 }
 
 void Application::RunEventLoop() {
-  Run& run = TheRun();
+  RunState& run = TheRun();
   EventLoop::Run();
   if (run.displayGone) LeaveWithoutDisplay();
   EventLoop::BeginQuit();
@@ -134,7 +134,7 @@ void Application::QuitFromOutside() {
 
 void Application::DisplayHasGone() {
   constexpr auto kTimeToLeave = std::chrono::seconds(2);
-  Run& run = TheRun();
+  RunState& run = TheRun();
   if (std::this_thread::get_id() == run.mainThread) {
     LeaveWithoutDisplay();
   } else if (EventLoop::Toolkit()) {

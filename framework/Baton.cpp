@@ -23,9 +23,9 @@ void Baton::Take() {
     std::unique_lock lock(mutex);
     const std::uint64_t ticket = nextTicket++;
     if (ticket != nowServing) {
-      Want(+1);
+      AddReason();
       served.wait(lock, [&] { return ticket == nowServing; });
-      Want(-1);
+      DropReason();
     }
   }
   ++turns;

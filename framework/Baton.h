@@ -39,8 +39,9 @@ class Baton {
   /// point. One relaxed load.
   static bool Wanted() { return wanted_.load(std::memory_order_relaxed) != 0; }
 
-  /// Counts a reason for threads to look up at their yield points, besides threads that wait.
-  static void Want(int more) { wanted_.fetch_add(more, std::memory_order_relaxed); }
+  /// A reason for threads to stop at their yield points, besides a thread that waits, has come or gone.
+  static void AddReason() { wanted_.fetch_add(1, std::memory_order_relaxed); }
+  static void DropReason() { wanted_.fetch_sub(1, std::memory_order_relaxed); }
 
  private:
   static std::atomic<int> wanted_;

@@ -2,8 +2,8 @@
 
 #include <functional>
 
-/// Has all callbacks of the program run by this function, which treats what they do not catch. Before it is
-/// called, an exception is told on standard error.
+/// From now on this function runs all callbacks of the program and treats what they do not catch. Without
+/// one, an exception is told on standard error.
 void InstallCallbackRoutine(void (*routine)(const std::function<void()>&));
 
 /// Runs a callback of the program by the routine that was installed.

@@ -31,7 +31,7 @@ long long Now() {
   return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-/// Has a flood come in larger pieces, with fewer turns between the command and us.
+/// Makes room for larger pieces, so that a flood takes fewer turns between the command and us.
 void Widen([[maybe_unused]] int outputFd) {
 #ifdef F_SETPIPE_SZ
   constexpr int kWide = 1024 * 1024;  // bytes, which any user may ask for
@@ -39,7 +39,7 @@ void Widen([[maybe_unused]] int outputFd) {
 #endif
 }
 
-/// Has the system forget a part of a file that has been read, so that a flood is not in memory twice.
+/// Frees a part of the file that has been read, so that a flood is not in memory twice.
 void GiveBack([[maybe_unused]] int file, [[maybe_unused]] off_t begin, [[maybe_unused]] off_t end) {
 #ifdef FALLOC_FL_PUNCH_HOLE
   fallocate(file, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, begin, end - begin);

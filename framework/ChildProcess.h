@@ -18,7 +18,7 @@
 /// descriptor. The object never blocks but in `Terminate`, for a bounded time.
 class ChildProcess {
  public:
-  /// Has `words` started as `Launch` says. Where that fails, the process has ended, with one of its statuses.
+  /// Starts the words as `Launch` says. Where that fails, the process has ended, with one of its statuses.
   ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder, Outlet outlet)
       : launch_(std::in_place, words, toolFolder, outlet) {}
   /// Leaves a child that has been started and has not ended to itself.

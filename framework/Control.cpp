@@ -1,6 +1,6 @@
 #include "framework/Control.h"
 
-void Control::Touch() {
+void Control::MarkStale() {
   if (stale_) return;
   stale_ = true;
   if (window_) window_->ControlChanged();

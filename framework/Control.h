@@ -41,7 +41,7 @@ class Container {
 /// screen copies them.
 class Control : public Viewed {
  public:
-  void Touch() override;
+  void MarkStale() override;
 
   Property<String> Name{this};
   Property<String> InitialParent{this};

@@ -25,6 +25,7 @@ struct State {
   int handlers = 0;               // that run on the main thread, one in the other's message box
   std::deque<Callback> deferred;  // events that came in the middle of a handler; main thread only
   bool stale = false;
+  bool updating = false;
   Area usable;
   std::atomic<bool> quitting = false;
   std::atomic<bool> end = false;  // what is asked of the toolkit at its next wake
@@ -181,8 +182,14 @@ void EventLoop::EndEvent() {
 void EventLoop::UpdateScreen() {
   State& loop = TheLoop();
   loop.usable = loop.toolkit->ScreenArea();
-  if (!std::exchange(loop.stale, false)) return;
-  loop.toolkit->Update(Window::OpenOnes(), loop.applicationBar ? loop.applicationBar() : nullptr);
+  if (loop.updating) return;  // the toolkit waits for a picture, and what changes meanwhile comes after it
+  const struct Updating {
+    bool& on;
+    explicit Updating(bool& flag) : on(flag) { on = true; }
+    ~Updating() { on = false; }
+  } updating(loop.updating);
+  while (std::exchange(loop.stale, false))
+    loop.toolkit->Update(Window::OpenOnes(), loop.applicationBar ? loop.applicationBar() : nullptr);
 }
 
 ::Toolkit* EventLoop::Toolkit() {

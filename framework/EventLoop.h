@@ -17,7 +17,7 @@ class EventLoop {
   static void Start(std::unique_ptr<Toolkit> toolkit, Ref<MenuBar> (*applicationBar)());
   /// Delivers events until the end is asked for. Called without the baton.
   static void Run();
-  /// Has `Run` return soon, and a message that is up go. Any thread.
+  /// Ends `Run` soon, and a message that is up. Any thread.
   static void EndSoon();
   /// Drops what has not been delivered, and the toolkit.
   static void Shutdown();

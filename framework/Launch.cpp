@@ -31,7 +31,7 @@ std::string Environment(const char* name, const char* otherwise) {
 
 enum class Found { kNo, kNotExecutable, kYes };
 
-Found Look(const std::string& path) {
+Found Examine(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) return Found::kNo;
   const bool executable = S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
@@ -44,7 +44,7 @@ struct Lookup {
 };
 
 Lookup FindCommand(const std::string& name, const std::string& path, const std::string& toolFolder) {
-  if (name.find('/') != std::string::npos) return {Look(name), name};
+  if (name.find('/') != std::string::npos) return {Examine(name), name};
   Found best = Found::kNo;
   std::istringstream entries(path);
   std::vector<std::string> folders;
@@ -53,7 +53,7 @@ Lookup FindCommand(const std::string& name, const std::string& path, const std::
   if (!toolFolder.empty()) folders.push_back(toolFolder);
   for (const std::string& folder : folders) {
     const std::string candidate = folder + "/" + name;
-    const Found found = Look(candidate);
+    const Found found = Examine(candidate);
     if (found == Found::kYes) return {found, candidate};
     best = std::max(best, found);
   }

@@ -21,7 +21,7 @@ void Listbox::RemoveRow(int row) {
   rows_.Remove(static_cast<std::size_t>(row));
   changes_.RowsRemoved = true;
   ++generation_;
-  Touch();
+  MarkStale();
   if (row < listIndex_) {
     --listIndex_;
   } else if (row == listIndex_) {
@@ -34,7 +34,7 @@ void Listbox::DeleteAllRows() {
   rows_.Clear();
   changes_.RowsRemoved = true;
   ++generation_;
-  Touch();
+  MarkStale();
   ListIndex(-1);
 }
 
@@ -58,14 +58,14 @@ void Listbox::ListIndex(int row) {
   if (row < 0 || row >= ListCount()) row = -1;
   if (row == listIndex_) return;
   listIndex_ = row;
-  Touch();
+  MarkStale();
   if (Change) Change(Ref<Listbox>(this));
 }
 
 void Listbox::UserSelect(int row, std::uint64_t generation) {
   if (!Reachable()) return;
   if (generation != generation_) {  // the user meant a row that is gone: show again what is selected
-    Touch();
+    MarkStale();
     return;
   }
   ListIndex(row);
@@ -103,5 +103,5 @@ void Listbox::Stale(int row) {
     changes_.FirstStale = std::min(changes_.FirstStale, row);
     changes_.EndStale = std::max(changes_.EndStale, row + 1);
   }
-  Touch();
+  MarkStale();
 }

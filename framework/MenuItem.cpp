@@ -2,7 +2,7 @@
 
 #include "framework/Screen.h"
 
-void MenuItem::Touch() {
+void MenuItem::MarkStale() {
   Screen::Current().MarkOutOfDate();
 }
 

@@ -9,7 +9,7 @@
 /// the letter that chooses the item from the keyboard.
 class MenuItem : public Viewed {
  public:
-  void Touch() override;
+  void MarkStale() override;
 
   Property<String> Name{this};
   Property<String> Text{this};

@@ -17,8 +17,8 @@ namespace {
 
 std::atomic<bool> silent = false;
 
-/// Has the main thread show the message, and waits. What tells the end is the other end of a pipe, which
-/// closes with the task, also when that never runs.
+/// Asks the main thread to show the message, and waits. The task holds the other end of a pipe, which closes
+/// when the task goes, also when that never runs.
 void ShowFromThread(const String& text, Thread& thread) {
   Pipe dismissed = Pipe::Open();
   EventLoop::Post([text, other = std::make_shared<Descriptor>(dismissed.TakeWriteEnd())] {

@@ -9,7 +9,7 @@
 class Viewed : public Object {
  public:
   /// Says that what the screen shows of this object is out of date.
-  virtual void Touch() = 0;
+  virtual void MarkStale() = 0;
 };
 
 /// A value of a viewed object, read and assigned like a plain member. A change touches the owner.
@@ -22,7 +22,7 @@ class Property {
   Property& operator=(T value) {
     if (!Same(value_, value)) {
       value_ = std::move(value);
-      owner_->Touch();
+      owner_->MarkStale();
     }
     return *this;
   }

@@ -31,8 +31,8 @@ class Shell : public Object {
     String Result;
   };
   using Runner = std::function<Outcome(const String& commandLine)>;
-  /// Has all command lines run by `runner`, on the thread that executes them and with the baton, in place of
-  /// child processes.
+  /// From now on `runner` answers all command lines in place of child processes. It runs on the thread that
+  /// executes them, with the baton.
   static void RunCommandsBy(Runner runner);
 
  private:

@@ -56,7 +56,7 @@ void Thread::Run() {
   }
   kill_ = std::move(kill);
   running_ = true;
-  killed_ = suspended_ = lookUp_ = false;
+  killed_ = suspended_ = yieldRequested_ = false;
   sleep_ = 0;
   running.push_back(this);
   MainThread::Current().HearOfThread();
@@ -71,7 +71,7 @@ void Thread::Body() {
     });
   } catch (const Ending&) {
   }
-  if (lookUp_) Baton::Want(-1);
+  if (yieldRequested_) Baton::DropReason();
   std::erase(running, this);
   if (thread_.joinable()) leaving.push_back(std::move(thread_));
   kill_ = Pipe();
@@ -84,15 +84,15 @@ bool Thread::RunsFor(const ::Window& window) {
                      [&](const Thread* thread) { return thread->Window == &window; });
 }
 
-void Thread::LookUp() {
-  if (!lookUp_) Baton::Want(+1);
-  lookUp_ = true;
+void Thread::RequestYield() {
+  if (!yieldRequested_) Baton::AddReason();
+  yieldRequested_ = true;
 }
 
 void Thread::Kill() {
   if (!running_ || killed_) return;
   killed_ = true;
-  LookUp();
+  RequestYield();
   [[maybe_unused]] const auto written = write(kill_.WriteFd(), "k", 1);
   Resume();
   if (current == this) Unwind();
@@ -100,7 +100,7 @@ void Thread::Kill() {
 
 void Thread::Suspend() {
   suspended_ = true;
-  if (running_) LookUp();
+  if (running_) RequestYield();
 }
 
 void Thread::Resume() {
@@ -110,7 +110,7 @@ void Thread::Resume() {
 
 void Thread::Sleep(int milliseconds) {
   sleep_ = std::max(milliseconds, 0);
-  if (running_) LookUp();
+  if (running_) RequestYield();
 }
 
 void Thread::Unwind() {
@@ -126,9 +126,9 @@ void Thread::Yield() {
     while (suspended_ && !killed_) suspended_.wait(true);
   }
   if (killed_) Unwind();
-  if (lookUp_ && sleep_ == 0 && !suspended_) {
-    lookUp_ = false;
-    Baton::Want(-1);
+  if (yieldRequested_ && sleep_ == 0 && !suspended_) {
+    yieldRequested_ = false;
+    Baton::DropReason();
   }
 }
 

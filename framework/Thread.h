@@ -39,7 +39,7 @@ class Thread : public Object {
   int KillFd() const { return kill_.ReadFd(); }
   bool Killed() const { return killed_; }
 
-  /// Lets others run, whom the baton is wanted by; see YieldPoint.
+  /// Gives the turn to those who wait for it; see YieldPoint.
   static void YieldCurrent();
 
   /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
@@ -61,14 +61,14 @@ class Thread : public Object {
  private:
   void Body();
   void Yield();
-  void LookUp();
+  void RequestYield();
 
   std::thread thread_;
   bool running_ = false;
   std::atomic<bool> killed_ = false;
   std::atomic<bool> suspended_ = false;
-  int sleep_ = 0;        // milliseconds
-  bool lookUp_ = false;  // counted in what the baton is wanted for
+  int sleep_ = 0;                // milliseconds
+  bool yieldRequested_ = false;  // and counted as a reason with the baton
   Pipe kill_;
 };
 

@@ -29,7 +29,7 @@ class Toolkit {
   /// Ends the loop and all message boxes that are up.
   virtual void EndLoop() = 0;
 
-  /// Has `EventLoop::RunPending` called on the main thread soon. Any thread; calls are merged.
+  /// Asks for a call of `EventLoop::RunPending` on the main thread soon. Any thread; calls are merged.
   virtual void Wake() = 0;
 
   /// Copies what has changed to the screen: shows windows that are new to it, and when their pictures are

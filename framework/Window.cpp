@@ -40,7 +40,7 @@ void Window::Constructor() {
   AddMenuHandlers();
   PlaceOnScreen();
   Event_Open();
-  Touch();
+  MarkStale();
 }
 
 void Window::PlaceOnScreen() {
@@ -62,7 +62,7 @@ void Window::PlaceOnScreen() {
   }
 }
 
-void Window::Touch() {
+void Window::MarkStale() {
   stale_ = true;
   if (open_) Screen::Current().MarkOutOfDate();
 }
@@ -71,7 +71,7 @@ void Window::Show() {
   if (!open_) return;
   Visible = true;
   ++shows_;
-  Touch();
+  MarkStale();
   Screen::Current().Present(*this);
 }
 
@@ -134,7 +134,7 @@ void Window::AddControl(const Ref<Control>& control, const String& name, const P
   control->Apply(place);
   control->window_ = this;
   controls_.push_back(control);
-  Touch();
+  MarkStale();
 }
 
 Ref<Control> Window::ControlNamed(const String& name) const {

@@ -21,7 +21,7 @@ class Window : public Viewed, public Container {
 
   /// Lays the window out, makes its controls, puts it at its place and runs `Event_Open`.
   void Constructor() override;
-  void Touch() override;
+  void MarkStale() override;
 
   /// Puts the window on the screen and in front. On the main thread it returns when its picture is there.
   virtual void Show();
@@ -81,7 +81,7 @@ class Window : public Viewed, public Container {
   void UserMove(int left, int top);
   /// The Return key, in a control that has no use for it.
   void UserReturn();
-  void ControlChanged() override { Touch(); }
+  void ControlChanged() override { MarkStale(); }
 
   /// Whether a property of the window or of one of its controls has changed since the last call.
   bool TakeStale() { return std::exchange(stale_, false); }

@@ -36,7 +36,7 @@ std::string Subject(const Device& device) {
   return "Volume " + (name.empty() ? "" : name + " ") + "on " + device.id.Text();
 }
 
-std::string Place(const Mount& mount) {
+std::string WhereMounted(const Mount& mount) {
   return std::string(mount.readOnly ? "mounted read-only" : "mounted") + " at " + CleanLabel(mount.point);
 }
 
@@ -114,7 +114,7 @@ MountAttempt Mounter::TryMount(const Device& device) const {
 Outcome Mounter::Mount(const Device& device) const {
   const FileDescriptor held = HoldName(device);
   if (const auto mount = MountTable().Find(device); mount && IsStillThere(device)) {
-    return {0, Subject(device) + " is already " + Place(*mount) + "\n"};
+    return {0, Subject(device) + " is already " + WhereMounted(*mount) + "\n"};
   }
   const MountAttempt attempt = TryMount(device);
   // In this order: a number that is still the disk's has been so all the time.
@@ -122,7 +122,7 @@ Outcome Mounter::Mount(const Device& device) const {
   const auto owner = IdentifierOf(device.number);
   if (!owner) return NotFound(device);
   if (*owner != device.id) return TakeBack(attempt, device, *owner);
-  if (mount) return {0, Subject(device) + " " + Place(*mount) + "\n"};
+  if (mount) return {0, Subject(device) + " " + WhereMounted(*mount) + "\n"};
   return Failed(
       "mount", attempt.failure.value_or(Failure{Failure::Reason::kOther, "it did not stay mounted"}), device);
 }

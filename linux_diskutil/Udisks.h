@@ -10,7 +10,7 @@
 
 namespace diskutil {
 
-/// Has volumes mounted and unmounted by UDisks2, the service that does it for desktops, over the system bus.
+/// Asks UDisks2, the service that mounts and unmounts volumes for desktops, over the system bus.
 /// The bus is the one at $DBUS_SYSTEM_BUS_ADDRESS when that is set.
 ///
 /// A question is answered in seconds. A mount or an unmount may have to wait for a slow stick to write its

@@ -9,7 +9,7 @@ class QWidget;
 /// Tells assistive technology what our own widgets are: windows, wheels, pictures, links.
 void InstallAccessibility();
 
-/// Has something said that happens without the focus: once, also if that is over before it can be said, and
+/// Says something that happens without the focus: once, also if that is over before it can be said, and
 /// at the start as soon as somebody listens. `window` must stay for some seconds.
 void Say(QWidget& window, const QString& text);
 /// How often something has been said.

@@ -50,7 +50,7 @@ ControlView* ControlView::Make(const Ref<Control>& control, QWidget& parent) {
 }
 
 void ControlView::Copy(QPoint origin) {
-  const Control& control = Shown();
+  const Control& control = ShownControl();
   QWidget& widget = Widget();
   widget.setGeometry(control.Left - origin.x(), control.Top - origin.y(), control.Width, control.Height);
   widget.setEnabled(control.Enabled);

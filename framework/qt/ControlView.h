@@ -27,7 +27,7 @@ class ControlView {
   void Copy(QPoint origin);
 
  protected:
-  virtual const Control& Shown() const = 0;
+  virtual const Control& ShownControl() const = 0;
   /// Copies what the class of control has besides what all have.
   virtual void CopyOwn() = 0;
   /// Whether assistive technology reads a name off the widget itself.
@@ -48,7 +48,7 @@ class ViewOf : public WidgetClass, public ControlView {
   QWidget& Widget() final { return *this; }
 
  protected:
-  const Control& Shown() const final { return *control_; }
+  const Control& ShownControl() const final { return *control_; }
 
   /// Hands an event of the user to the control.
   template <class Event>

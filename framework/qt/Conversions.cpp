@@ -26,7 +26,7 @@ bool IsHarmful(char32_t c) {
          (c >= 0xD800 && c < 0xE000) || (c >= 0xFDD0 && c < 0xFDF0) || (c & 0xFFFE) == 0xFFFE || c > 0x10FFFF;
 }
 
-QString Shown(const String& text, Breaks breaks, std::size_t limit) {
+QString Printable(const String& text, Breaks breaks, std::size_t limit) {
   const std::size_t size = std::min(text.Size(), limit);
   std::u32string shown;
   shown.reserve(size + 1);
@@ -61,11 +61,11 @@ bool Fits(const QFont& font, const QString& text, QSize room, Wrapping wrapping)
 }  // namespace
 
 QString OneLine(const String& text) {
-  return Shown(text, Breaks::kAsBlanks, kLineLimit);
+  return Printable(text, Breaks::kAsBlanks, kLineLimit);
 }
 
 QString Lines(const String& text) {
-  return Shown(text, Breaks::kKept, kLinesLimit);
+  return Printable(text, Breaks::kKept, kLinesLimit);
 }
 
 String FromQString(const QString& text) {

@@ -64,7 +64,7 @@ void LabelView::CopyOwn() {
   CopyColor();
 
   link_ = control_->MouseDown != nullptr;
-  hears_ = control_->MouseEnter || control_->MouseExit;
+  watchesMouse_ = control_->MouseEnter || control_->MouseExit;
   setFocusPolicy(link_ ? Qt::StrongFocus : Qt::NoFocus);
   if (link_) setCursor(Qt::PointingHandCursor);
 }
@@ -91,11 +91,11 @@ void LabelView::mousePressEvent(QMouseEvent* event) {
 }
 
 void LabelView::enterEvent(QEnterEvent*) {
-  if (hears_) Deliver([](Label& label) { label.UserMouseEnter(); });
+  if (watchesMouse_) Deliver([](Label& label) { label.UserMouseEnter(); });
 }
 
 void LabelView::leaveEvent(QEvent*) {
-  if (hears_) Deliver([](Label& label) { label.UserMouseExit(); });
+  if (watchesMouse_) Deliver([](Label& label) { label.UserMouseExit(); });
 }
 
 void LabelView::keyPressEvent(QKeyEvent* event) {

@@ -31,5 +31,5 @@ class LabelView final : public ViewOf<Label, QLabel> {
 
   QString whole_;
   bool link_ = false;
-  bool hears_ = false;  // of the mouse that enters and leaves
+  bool watchesMouse_ = false;  // of the mouse that enters and leaves
 };

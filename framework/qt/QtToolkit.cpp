@@ -81,7 +81,7 @@ std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
 QtToolkit::QtToolkit(int& argc, char** argv)
     : program_(argc, argv), frontWindow_([this] {
         const WindowView* front = Front();
-        return front ? front->Shown() : nullptr;
+        return front ? front->ShownWindow() : nullptr;
       }) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QGuiApplication::setLayoutDirection(Qt::LeftToRight);  // as are the texts and the places of the controls
@@ -172,7 +172,7 @@ void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>&
 std::vector<QtToolkit::View> QtToolkit::TakeAllBut(const std::vector<Ref<Window>>& open) {
   std::vector<View> taken;
   const auto isOpen = [&](const View& view) {
-    return std::find(open.begin(), open.end(), view->Shown()) != open.end();
+    return std::find(open.begin(), open.end(), view->ShownWindow()) != open.end();
   };
   const auto first = std::stable_partition(views_.begin(), views_.end(), isOpen);
   std::move(first, views_.end(), std::back_inserter(taken));
@@ -191,7 +191,7 @@ void QtToolkit::CopyApplicationBar(const Ref<MenuBar>& bar) {
 
 WindowView* QtToolkit::Find(const Window* window) const {
   const auto found = std::find_if(views_.begin(), views_.end(),
-                                  [&](const View& view) { return view->Shown().Get() == window; });
+                                  [&](const View& view) { return view->ShownWindow().Get() == window; });
   return found == views_.end() ? nullptr : found->get();
 }
 

@@ -321,8 +321,8 @@ void WindowView::changeEvent(QEvent* event) {
   if (!isLook || copying_) return;
   QTimer::singleShot(0, this, [this] {
     EventLoop::Record([window = window_] {
-      for (const auto& control : window->Controls()) control->Touch();
-      window->Touch();
+      for (const auto& control : window->Controls()) control->MarkStale();
+      window->MarkStale();
     });
   });
 }

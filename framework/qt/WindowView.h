@@ -23,7 +23,7 @@ class WindowView final : public QWidget {
   /// nullptr.
   WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front);
 
-  const Ref<Window>& Shown() const { return window_; }
+  const Ref<Window>& ShownWindow() const { return window_; }
   /// What its labels say, from the top down.
   QString Words() const;
 
@@ -51,14 +51,14 @@ class WindowView final : public QWidget {
   void CopyLimits();
   void CopyControls();
   void CopyShown();
-  /// Has assistive technology say what a person sees: the words of a window that takes no focus, and work
-  /// that begins and ends.
+  /// Tell assistive technology what a person sees: the words of a window that takes no focus, and work that
+  /// begins and ends.
   void SayWords();
   void SayWork();
   ControlView* MakeView(const Ref<Control>& control);
-  /// Has the keyboard in the menu bar, as a tap on Alt would, with the first menu open.
+  /// Takes the keyboard to the menu bar, as a tap on Alt would, with the first menu open.
   void EnterMenus();
-  /// Has the keys of the owner's menus work here too.
+  /// Makes the keys of the owner's menus work here too.
   void BorrowMenus(const WindowView& owner);
   void LeaveMenus(QMenuBar* bar);
   /// A key of the whole window.
