@@ -85,8 +85,9 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://www.dravik.example/)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The Linux tool loads this one itself, unseen by dpkg-shlibdeps.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS libsystemd0)
+# What dpkg-shlibdeps does not see: a library that the Linux tool loads itself, and Qt's plugin for X, which
+# Ubuntu 22.04 has in a package of its own.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsystemd0, libqt6gui6 (>= 6.4) | libqt6gui6t64 | qt6-qpa-plugins")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "udisks2, xdg-utils, hicolor-icon-theme")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS qt6-wayland)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
