@@ -5,6 +5,7 @@
 #include <QStyleOptionButton>
 
 #include "framework/qt/ControlView.h"
+#include "framework/qt/Painting.h"
 
 /// A colour with some of another in it.
 inline QColor Mixed(QColor color, QColor other) {

@@ -5,6 +5,7 @@
 #include <QStyleOptionButton>
 
 #include "framework/qt/Conversions.h"
+#include "framework/qt/TextFitting.h"
 
 CheckBoxView::CheckBoxView(const Ref<CheckBox>& control, QWidget& parent) : ViewOf(control, parent) {
   // Assistive technology ticks the box without a click.

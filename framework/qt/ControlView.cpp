@@ -1,7 +1,5 @@
 #include "framework/qt/ControlView.h"
 
-#include <QPainter>
-
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/BevelButtonView.h"
 #include "framework/qt/CanvasView.h"
@@ -24,20 +22,6 @@ ControlView* MakeIf(const Ref<Control>& control, QWidget& parent) {
 }
 
 }  // namespace
-
-void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight) {
-  painter.fillRect(area.left(), area.top(), area.width() - 1, 1, topLeft);
-  painter.fillRect(area.left(), area.top(), 1, area.height() - 1, topLeft);
-  painter.fillRect(area.left(), area.bottom(), area.width(), 1, bottomRight);
-  painter.fillRect(area.right(), area.top(), 1, area.height(), bottomRight);
-}
-
-void PaintFocusRing(QWidget& widget, QRect part) {
-  if (!widget.hasFocus()) return;
-  QPainter painter(&widget);
-  const QColor color = widget.palette().color(QPalette::Highlight);
-  PaintRing(painter, part, color, color);
-}
 
 ControlView* ControlView::Make(const Ref<Control>& control, QWidget& parent) {
   for (const auto make :

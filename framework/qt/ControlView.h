@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QColor>
 #include <QPoint>
-#include <QRect>
 #include <QWidget>
 
 #include "framework/Control.h"
@@ -33,11 +31,6 @@ class ControlView {
   /// Whether assistive technology reads a name off the widget itself.
   virtual bool NamesItself() const { return false; }
 };
-
-/// A line of one pixel inside the edges of `area`, sharp at every scale.
-void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight);
-/// Draws the focus into a part of a widget whose own drawing does not show it. Called after that.
-void PaintFocusRing(QWidget& widget, QRect part);
 
 /// Base of the views: the widget, the control and what ties them.
 template <class ControlClass, class WidgetClass>

@@ -1,10 +1,10 @@
 #include "framework/qt/Conversions.h"
 
 #include <QFontDatabase>
-#include <QFontMetrics>
-#include <QStringList>
 #include <QTextDocument>
 #include <algorithm>
+
+#include "framework/qt/ShownText.h"
 
 namespace {
 
@@ -15,15 +15,10 @@ constexpr char32_t kReplacement = 0xFFFD;
 
 enum class Breaks { kAsBlanks, kKept };
 
-bool IsBreak(char32_t c) {
-  return c == '\r' || c == '\n' || c == 0x0B || c == 0x0C || c == 0x85 || c == 0x2028 || c == 0x2029;
-}
-
-/// Control characters, those that turn the direction of all text behind them, surrogates (bytes that are no
-/// text are carried as such) and what is no character.
+/// Besides what has a stand-in: surrogates, as which bytes that are no text are carried, and what is no
+/// character.
 bool IsHarmful(char32_t c) {
-  return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x202A && c < 0x202F) || (c >= 0x2066 && c < 0x206A) ||
-         (c >= 0xD800 && c < 0xE000) || (c >= 0xFDD0 && c < 0xFDF0) || (c & 0xFFFE) == 0xFFFE || c > 0x10FFFF;
+  return ShownText::HasStandIn(c) || (c >= 0xD800 && c < 0xE000) || (c & 0xFFFE) == 0xFFFE || c > 0x10FFFF;
 }
 
 QString Printable(const String& text, Breaks breaks, std::size_t limit) {
@@ -33,7 +28,7 @@ QString Printable(const String& text, Breaks breaks, std::size_t limit) {
   for (std::size_t i = 0; i < size; ++i) {
     const char32_t c = text[i];
     if (c == '\n' && i > 0 && text[i - 1] == '\r') continue;
-    if (IsBreak(c))
+    if (ShownText::IsBreak(c))
       shown += breaks == Breaks::kKept ? U'\n' : U' ';
     else if (c == '\t')
       shown += breaks == Breaks::kKept ? U'\t' : U' ';
@@ -42,20 +37,6 @@ QString Printable(const String& text, Breaks breaks, std::size_t limit) {
   }
   if (size < text.Size()) shown += U'…';
   return QString::fromUcs4(shown.data(), static_cast<qsizetype>(shown.size()));
-}
-
-int Widest(const QFont& font, const QString& text) {
-  const QFontMetrics metrics(font);
-  int widest = 0;
-  for (const QString& line : text.split('\n')) widest = std::max(widest, metrics.horizontalAdvance(line));
-  return widest;
-}
-
-bool Fits(const QFont& font, const QString& text, QSize room, Wrapping wrapping) {
-  if (Widest(font, text) <= room.width()) return true;
-  if (wrapping == Wrapping::kNone) return false;
-  const QRect wrapped = QFontMetrics(font).boundingRect({{0, 0}, room}, Qt::TextWordWrap, text);
-  return wrapped.height() <= room.height() && wrapped.width() <= room.width();
 }
 
 }  // namespace
@@ -123,23 +104,4 @@ QFont FontOf(const TextControl& control) {
   font.setItalic(control.Italic);
   font.setUnderline(control.Underline);
   return font;
-}
-
-QFont Squeezed(const QFont& font, const QString& text, QSize room, Wrapping wrapping) {
-  constexpr int kNarrowest = 60;  // per cent
-  if (Fits(font, text, room, wrapping)) return font;
-  QFont narrow = font;
-  for (int stretch = 100 * room.width() / Widest(font, text); stretch >= kNarrowest; --stretch) {
-    narrow.setStretch(stretch);
-    if (Widest(narrow, text) <= room.width()) return narrow;
-  }
-  return font;
-}
-
-QString Shortened(const QString& text, const QFont& font, QSize room, Wrapping wrapping) {
-  if (Fits(font, text, room, wrapping)) return text;
-  const auto where = wrapping == Wrapping::kNone ? Qt::ElideMiddle : Qt::ElideRight;
-  QStringList lines = text.split('\n');
-  for (QString& line : lines) line = QFontMetrics(font).elidedText(line, where, room.width());
-  return lines.join('\n');
 }

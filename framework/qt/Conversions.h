@@ -34,13 +34,3 @@ QColor ToQColor(Color color);
 QPixmap ToQPixmap(const PictureRef& picture, QSize room, qreal scale);
 
 QFont FontOf(const TextControl& control);
-
-/// How `text` is laid out in the room it has.
-enum class Wrapping { kNone, kWords };
-
-/// `font` with narrower letters where the text would not fit into the room. The design's widths were drawn
-/// for one platform's font; others are wider.
-QFont Squeezed(const QFont& font, const QString& text, QSize room, Wrapping wrapping);
-/// `text` with a part of its lines left out where they do not fit into the room: the middle, and in a text
-/// that would wrap the end, as the room is narrow and a name may come late in the line.
-QString Shortened(const QString& text, const QFont& font, QSize room, Wrapping wrapping);

@@ -9,6 +9,7 @@
 #include "framework/Rectangle.h"
 #include "framework/Window.h"
 #include "framework/qt/Conversions.h"
+#include "framework/qt/TextFitting.h"
 
 namespace {
 

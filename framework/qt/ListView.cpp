@@ -15,6 +15,7 @@
 #include "framework/Window.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
+#include "framework/qt/Painting.h"
 
 namespace {
 

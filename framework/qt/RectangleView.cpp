@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "framework/qt/Conversions.h"
+#include "framework/qt/Painting.h"
 
 void RectangleView::CopyOwn() {
   fill_ = ToQColor(control_->FillColor);

@@ -17,10 +17,6 @@ constexpr char16_t kParagraphEnd = 0x2029;
 constexpr char32_t kNothing = 0;
 constexpr char32_t kReturnAndFeed = 0x0D0A;
 
-bool IsBreak(char32_t c) {
-  return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029;
-}
-
 /// Characters that are shown as surrogates without their other half.
 struct StandIns {
   char32_t first, last;
@@ -37,11 +33,16 @@ constexpr StandIns kStandIns[] = {
     {0xFFFC, 0xFFFF, 0xDD90},  //
 };
 
-char32_t ToScreen(char32_t c) {
-  if (c >= ' ' && c < 0x7F) return c;
+const StandIns* StandInsFor(char32_t c) {
+  if (c >= ' ' && c < 0x7F) return nullptr;
   for (const StandIns& known : kStandIns)
-    if (c >= known.first && c <= known.last) return known.surrogate + (c - known.first);
-  return c;
+    if (c >= known.first && c <= known.last) return &known;
+  return nullptr;
+}
+
+char32_t ToScreen(char32_t c) {
+  const StandIns* const known = StandInsFor(c);
+  return known ? known->surrogate + (c - known->first) : c;
 }
 
 char32_t FromScreen(char32_t c) {
@@ -99,6 +100,14 @@ std::size_t PlaceOfCut(std::u16string_view shown) {
 }
 
 }  // namespace
+
+bool ShownText::IsBreak(char32_t c) {
+  return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029;
+}
+
+bool ShownText::HasStandIn(char32_t c) {
+  return StandInsFor(c) != nullptr;
+}
 
 ShownText::ShownText(const String& text) {
   text.Visit([this](auto characters) { Build(characters); });

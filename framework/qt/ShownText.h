@@ -24,6 +24,10 @@ class ShownText {
 
   explicit ShownText(const String& text);
 
+  static bool IsBreak(char32_t c);
+  /// Whether the character could do harm on the screen, such as turn the direction of all text behind it.
+  static bool HasStandIn(char32_t c);
+
   const QString& Characters() const { return characters_; }
   Seams TakeSeams() { return std::move(seams_); }
 

@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 
 #include "framework/qt/Conversions.h"
+#include "framework/qt/Painting.h"
 
 void Tabs::paintEvent(QPaintEvent* event) {
   constexpr int kInside = 4;

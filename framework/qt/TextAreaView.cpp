@@ -9,6 +9,7 @@
 
 #include "framework/qt/Conversions.h"
 #include "framework/qt/MenuView.h"
+#include "framework/qt/Painting.h"
 
 namespace {
 

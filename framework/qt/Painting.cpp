@@ -1,0 +1,18 @@
+#include "framework/qt/Painting.h"
+
+#include <QPainter>
+#include <QWidget>
+
+void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight) {
+  painter.fillRect(area.left(), area.top(), area.width() - 1, 1, topLeft);
+  painter.fillRect(area.left(), area.top(), 1, area.height() - 1, topLeft);
+  painter.fillRect(area.left(), area.bottom(), area.width(), 1, bottomRight);
+  painter.fillRect(area.right(), area.top(), 1, area.height(), bottomRight);
+}
+
+void PaintFocusRing(QWidget& widget, QRect part) {
+  if (!widget.hasFocus()) return;
+  QPainter painter(&widget);
+  const QColor color = widget.palette().color(QPalette::Highlight);
+  PaintRing(painter, part, color, color);
+}
