@@ -12,14 +12,6 @@ namespace fs = std::filesystem;
 /// them in "NAME.rows".
 class Recordings : public ProgramFixture {
  protected:
-  static std::vector<std::string> Names() {
-    std::vector<std::string> names;
-    for (const auto& file : fs::directory_iterator(kFolder))
-      if (file.path().extension() == ".list") names.push_back(file.path().stem());
-    std::ranges::sort(names);
-    return names;
-  }
-
   void Play(const std::string& name) const {
     for (const auto& file : fs::directory_iterator(tool_))
       if (file.path().filename() != "diskutil") fs::remove(file);
@@ -34,9 +26,12 @@ class Recordings : public ProgramFixture {
 
 TEST_F(Recordings, BecomeTheRowsExpectedOfThem) {
   RunProgram([&] {
-    ASSERT_GE(Names().size(), 3u);
-    for (const std::string& name : Names()) {
+    int played = 0;
+    for (const auto& file : fs::directory_iterator(kFolder)) {
+      if (file.path().extension() != ".list") continue;
+      const std::string name = file.path().stem();
       SCOPED_TRACE(name);
+      ++played;
       Play(name);
       const std::string rows = TextOf(kFolder / (name + ".rows"));
       Scan();
@@ -53,6 +48,7 @@ TEST_F(Recordings, BecomeTheRowsExpectedOfThem) {
         EXPECT_EQ(Table(), rows);
       }
     }
+    EXPECT_GE(played, 3);
   });
 }
 
