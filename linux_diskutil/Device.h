@@ -18,8 +18,8 @@ struct Device {
   std::string node;         ///< Device file, such as /dev/sdb2.
   dev_t number = 0;         ///< Major and minor number; the kernel gives them again once a disk has gone.
   std::uint64_t bytes = 0;  ///< Size.
-  bool readOnly = false;    ///< The device itself is write-protected.
-  bool removable = false;   ///< The medium can be taken out of its drive.
+  bool readOnly = false;    ///< The device itself is write-protected. Not looked up for a list.
+  bool removable = false;   ///< The medium can be taken out of its drive. Not looked up for a list.
   bool external = false;
   Origin origin = Origin::kPhysical;
   std::string protocol;  ///< How the disk is attached, such as "USB".

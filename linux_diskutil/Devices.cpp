@@ -34,8 +34,7 @@ using Counted = std::unique_ptr<T, Unref>;
 struct Found {
   std::string path;  // Its folder in sysfs.
   Device device;
-  // udev's database knows the device: what it does not say, the device does not have.
-  bool described = false;
+  bool described = false;  // By udev's database.
 };
 
 std::string_view View(const char* text) {
@@ -43,10 +42,26 @@ std::string_view View(const char* text) {
 }
 
 std::string_view Property(udev_device* device, const char* name) {
-  // udev's database is read with the first property that is asked for.
   const char* value = udev_device_get_property_value(device, name);
   if (!value) ThrowIfExhausted(udev_device_get_syspath(device));
   return View(value);
+}
+
+// Takes over what udev has found out about the device. True when udev knows it: what it does not say then,
+// the device does not have. Where there is no database, each question costs a look for it.
+bool ReadDescription(udev_device* source, Device& device) {
+  device.tableType = Property(source, "ID_PART_TABLE_TYPE");
+  device.entryType = DecodeUdevEscapes(Property(source, "ID_PART_ENTRY_TYPE"));
+  device.fsType = Property(source, "ID_FS_TYPE");
+  if (udev_device_get_is_initialized(source) <= 0 && device.tableType.empty() && device.entryType.empty() &&
+      device.fsType.empty()) {
+    return false;
+  }
+  device.entryScheme = Property(source, "ID_PART_ENTRY_SCHEME");
+  device.fsUsage = Property(source, "ID_FS_USAGE");
+  device.label = DecodeUdevEscapes(Property(source, "ID_FS_LABEL_ENC"));
+  device.uuid = DecodeUdevEscapes(Property(source, "ID_FS_UUID_ENC"));
+  return true;
 }
 
 std::uint64_t Number(std::string_view text) {
@@ -103,9 +118,21 @@ void DescribeAttachment(udev_device* disk, Device& device) {
   }
 }
 
+constexpr const char* kBlockDevices = "/sys/class/block";
+
+// The folder of a block device in sysfs, by the way that has no links in it: libudev looks at every step of
+// the way, and goes back at each link.
+std::string FolderOf(const std::string& name) {
+  const std::string link = std::string(kBlockDevices) + "/" + name;
+  std::error_code failed;
+  const std::string target = std::filesystem::read_symlink(link, failed);
+  constexpr std::string_view kUp = "../../";
+  return target.starts_with(kUp) ? "/sys/" + target.substr(kUp.size()) : link;
+}
+
 // What udev tells of the block device `name`, without opening it. Nothing for a drive that holds no medium.
-std::optional<Found> Read(udev* context, std::string_view name) {
-  const std::string folder = "/sys/class/block/" + std::string(name);
+std::optional<Found> Read(udev* context, const std::string& name) {
+  const std::string folder = FolderOf(name);
   constexpr std::uint64_t kSector = 512;  // The unit of "size", whatever the disk's own sectors are.
   const std::uint64_t bytes = KernelNumber(folder, "size") * kSector;
   if (bytes == 0) return std::nullopt;
@@ -121,28 +148,16 @@ std::optional<Found> Read(udev* context, std::string_view name) {
   device.node = View(udev_device_get_devnode(source.get()));
   device.number = udev_device_get_devnum(source.get());
   device.bytes = bytes;
-  device.readOnly = KernelNumber(folder, "ro") != 0;
-  device.tableType = Property(source.get(), "ID_PART_TABLE_TYPE");
-  device.entryScheme = Property(source.get(), "ID_PART_ENTRY_SCHEME");
-  device.entryType = DecodeUdevEscapes(Property(source.get(), "ID_PART_ENTRY_TYPE"));
-  device.fsType = Property(source.get(), "ID_FS_TYPE");
-  device.fsUsage = Property(source.get(), "ID_FS_USAGE");
-  device.label = DecodeUdevEscapes(Property(source.get(), "ID_FS_LABEL_ENC"));
-  device.uuid = DecodeUdevEscapes(Property(source.get(), "ID_FS_UUID_ENC"));
-  found.described = udev_device_get_is_initialized(source.get()) > 0 || !device.tableType.empty() ||
-                    !device.entryType.empty() || !device.fsType.empty();
+  found.described = ReadDescription(source.get(), device);
   if (IsPartition(source.get())) {
     device.id.partition = static_cast<std::uint32_t>(Number(Property(source.get(), "PARTN")));
     if (device.id.partition == 0) return std::nullopt;
   } else {
     device.id.disk = KernelNumber(folder, "diskseq");
-    device.removable = KernelNumber(folder, "removable") != 0;
     DescribeAttachment(source.get(), device);
   }
   return found;
 }
-
-constexpr const char* kBlockDevices = "/sys/class/block";
 
 bool IsMainMemory(std::string_view name) {
   return name.starts_with("ram") || name.starts_with("zram");
@@ -151,7 +166,6 @@ bool IsMainMemory(std::string_view name) {
 // A partition stands in the folder of its disk and takes after it.
 void Inherit(Device& partition, const Device& disk) {
   partition.id.disk = disk.id.disk;
-  partition.removable = disk.removable;
   partition.protocol = disk.protocol;
   partition.external = disk.external;
   partition.origin = disk.origin;
@@ -255,6 +269,8 @@ std::optional<Device> FindDevice(const Identifier& id) {
     Inherit(found->device, disk->device);
   }
   if (found->device.id != id) return std::nullopt;
+  found->device.readOnly = KernelNumber(found->path, "ro") != 0;
+  found->device.removable = KernelNumber(disk->path, "removable") != 0;
   Device device = Complete(std::move(*found));
   // Another disk may have taken the name while we were reading.
   if (SequenceOf(name) != id.disk) return std::nullopt;
