@@ -10,6 +10,7 @@
 #include <type_traits>
 
 #include "linux_diskutil/FileDescriptor.h"
+#include "linux_diskutil/PrintableText.h"
 
 namespace diskutil {
 namespace {
@@ -23,7 +24,7 @@ std::string Value(const Probe& probe, const char* name) {
   const char* data = nullptr;
   std::size_t size = 0;
   if (blkid_probe_lookup_value(probe.get(), name, &data, &size) != 0) return {};
-  return {data, size > 0 ? size - 1 : 0};  // The size counts a closing zero byte.
+  return PrintableText({data, size > 0 ? size - 1 : 0});  // The size counts a closing zero byte.
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "linux_diskutil/Device.h"
-#include "linux_diskutil/PartitionTypes.h"
 
 namespace diskutil {
 

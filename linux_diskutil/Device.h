@@ -9,8 +9,12 @@
 
 namespace diskutil {
 
-/// One disk or partition as the system knew it when it was asked. Plain data. Texts that come from the disk
-/// itself (`label`, `entryType`) are raw bytes: clean them before they are printed.
+/// How a volume header of HFS+ says that upper and lower case differ in names.
+enum class CaseRule { kInsensitive, kSensitive };
+
+/// One disk or partition as the system knew it when it was asked. Plain data. All texts are printable: who
+/// takes one from a disk cleans it. Those that the kernel gets to read (`node`, `fsType`) are plain words,
+/// which that leaves alone.
 struct Device {
   enum class Origin { kPhysical, kImage, kVirtual };
 
@@ -32,7 +36,7 @@ struct Device {
   std::string label;
   std::string uuid;
 
-  std::string type;  ///< The type to show, such as "Apple_HFS". Printable.
+  std::string type;  ///< The type to show, such as "Apple_HFS".
 };
 
 }  // namespace diskutil

@@ -20,7 +20,7 @@ struct Failure {
   };
 
   Reason reason = Reason::kOther;
-  std::string detail;  ///< Somebody else's words, for `kOther`. Not yet safe to print.
+  std::string detail;  ///< Somebody else's words, for `kOther`. Printable.
 };
 
 /// Nothing when all went well.

@@ -1,6 +1,5 @@
 #include "linux_diskutil/InfoReport.h"
 
-#include "linux_diskutil/Label.h"
 #include "linux_diskutil/Size.h"
 
 namespace diskutil {
@@ -20,7 +19,7 @@ std::string YesNo(bool yes) {
 std::string FileSystemName(const Device& device) {
   if (device.fsType == "hfs") return "HFS";
   if (device.fsType == "hfsplus") return device.type == "Apple_HFSX" ? "HFS+ (case-sensitive)" : "HFS+";
-  return CleanLabel(device.fsType);
+  return device.fsType;
 }
 
 }  // namespace
@@ -29,11 +28,11 @@ std::string InfoReport(const Device& device, const std::optional<Mount>& mount) 
   return Line("Device Identifier:", device.id.Text()) +                                                  //
          Line("Device Node:", device.node) +                                                             //
          Line("Mounted:", YesNo(mount.has_value())) +                                                    //
-         Line("Volume Name:", CleanLabel(device.label)) +                                                //
-         Line("Mount Point:", mount ? CleanLabel(mount->point) : "") +                                   //
+         Line("Volume Name:", device.label) +                                                            //
+         Line("Mount Point:", mount ? mount->shownPoint : "") +                                          //
          Line("Partition Type:", device.type) +                                                          //
          Line("File System:", FileSystemName(device)) +                                                  //
-         Line("Volume UUID:", CleanLabel(device.uuid)) +                                                 //
+         Line("Volume UUID:", device.uuid) +                                                             //
          Line("Disk Size:", SizeText(device.bytes) + " (" + std::to_string(device.bytes) + " Bytes)") +  //
          Line("Read-Only Volume:", YesNo(mount ? mount->readOnly : device.readOnly)) +                   //
          Line("Device Location:", device.external ? "External" : "Internal") +                           //

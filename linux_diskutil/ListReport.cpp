@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "linux_diskutil/Label.h"
+#include "linux_diskutil/PrintableText.h"
 #include "linux_diskutil/Size.h"
 
 namespace diskutil {
@@ -46,7 +46,7 @@ std::string ListReport(const std::vector<Device>& devices) {
     // A star marks the size of what is cut into partitions. A disk that is one volume is a row like any
     // other.
     const std::string star = wholeDisk && !device.tableType.empty() ? "*" : "";
-    text += Row(std::to_string(device.id.partition) + ":", device.type, CleanLabel(device.label),
+    text += Row(std::to_string(device.id.partition) + ":", device.type, device.label,
                 star + SizeText(device.bytes), device.id.Text());
   }
   if (!text.empty()) text += '\n';

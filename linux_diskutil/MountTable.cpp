@@ -14,6 +14,8 @@
 #include <system_error>
 #include <vector>
 
+#include "linux_diskutil/PrintableText.h"
+
 namespace diskutil {
 namespace {
 
@@ -109,7 +111,7 @@ std::optional<Mount> MountTable::Find(const Device& device) const {
     const char* target = mnt_fs_get_target(fs);
     if (!target) return true;
     const bool covered = mnt_table_find_target(table_.get(), target, MNT_ITER_BACKWARD) != fs;
-    found = Mount{target, number, IsReadOnly(fs), covered};
+    found = Mount{target, PrintableText(target), number, IsReadOnly(fs), covered};
     return false;
   });
   return found;

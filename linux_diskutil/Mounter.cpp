@@ -10,7 +10,6 @@
 #include "linux_diskutil/Devices.h"
 #include "linux_diskutil/FileDescriptor.h"
 #include "linux_diskutil/KernelMount.h"
-#include "linux_diskutil/Label.h"
 #include "linux_diskutil/MountTable.h"
 
 namespace diskutil {
@@ -32,12 +31,11 @@ FileDescriptor HoldName(const Device& device) {
 
 // "Volume Backup on disk7s2", the beginning of every line that tells of a success.
 std::string Subject(const Device& device) {
-  const std::string name = CleanLabel(device.label);
-  return "Volume " + (name.empty() ? "" : name + " ") + "on " + device.id.Text();
+  return "Volume " + (device.label.empty() ? "" : device.label + " ") + "on " + device.id.Text();
 }
 
 std::string WhereMounted(const Mount& mount) {
-  return std::string(mount.readOnly ? "mounted read-only" : "mounted") + " at " + CleanLabel(mount.point);
+  return std::string(mount.readOnly ? "mounted read-only" : "mounted") + " at " + mount.shownPoint;
 }
 
 // A kernel that could load the driver has done so by the time a mount has failed.
@@ -60,7 +58,7 @@ std::string Reason(const Failure& failure, const Device& device) {
     case Failure::Reason::kNotMountable:
       return "there is no volume on it that can be mounted";
     case Failure::Reason::kUnsupportedByKernel:
-      return "this kernel does not support the file system " + CleanLabel(device.fsType);
+      return "this kernel does not support the file system " + device.fsType;
     case Failure::Reason::kTimedOut:
       return "no answer from UDisks2 in time, it may still be at work";
     case Failure::Reason::kServiceDied:
@@ -69,8 +67,7 @@ std::string Reason(const Failure& failure, const Device& device) {
     case Failure::Reason::kOther:
       break;
   }
-  const std::string words = CleanLabel(failure.detail);
-  return words.empty() ? "the attempt failed" : words;
+  return failure.detail.empty() ? "the attempt failed" : failure.detail;
 }
 
 // Our request may have been carried out.
@@ -143,7 +140,7 @@ Outcome Mounter::TakeBack(const MountAttempt& attempt, const Device& device, con
   const MaybeFailure failure = TryUnmount(other, *mount);
   if (!ours()) return TakenOver(device, owner, "was mounted, and is unmounted again");
   return TakenOver(device, owner,
-                   "was mounted at " + CleanLabel(mount->point) +
+                   "was mounted at " + mount->shownPoint +
                        ", where it still is: " + Reason(failure.value_or(Failure{}), other));
 }
 

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "linux_diskutil/Label.h"
-
 namespace diskutil {
 namespace {
 
@@ -61,11 +59,11 @@ constexpr std::array kTypes = {
     Entry{"dos", "0xfd", "Linux RAID"},
 };
 
-std::string SchemeName(std::string_view tableType) {
+std::string SchemeName(const std::string& tableType) {
   if (tableType == "gpt") return "GUID_partition_scheme";
   if (tableType == "dos") return "FDisk_partition_scheme";
   if (tableType == "mac") return "Apple_partition_scheme";
-  return CleanLabel(tableType) + "_partition_scheme";
+  return tableType + "_partition_scheme";
 }
 
 }  // namespace
@@ -75,11 +73,11 @@ std::string TypeName(const Device& device, CaseRule caseRule) {
   if (device.fsType == "hfs" || device.fsType == "hfsplus") {
     return caseRule == CaseRule::kSensitive ? "Apple_HFSX" : "Apple_HFS";
   }
-  if (device.id.partition == 0) return CleanLabel(device.fsType);
+  if (device.id.partition == 0) return device.fsType;
   const auto known = std::ranges::find_if(kTypes, [&](const Entry& entry) {
     return entry.scheme == device.entryScheme && entry.type == device.entryType;
   });
-  return known != kTypes.end() ? std::string(known->name) : CleanLabel(device.entryType);
+  return known != kTypes.end() ? std::string(known->name) : device.entryType;
 }
 
 }  // namespace diskutil

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "linux_diskutil/PrintableText.h"
 #include "linux_diskutil/SystemBus.h"
 
 namespace diskutil {
@@ -95,7 +96,7 @@ Failure FromError(const Answer& answer) {
     return {Reason::kNotMountable, {}};
   }
   if (error == "org.freedesktop.DBus.Error.UnknownObject") return {Reason::kGone, {}};
-  return {Reason::kOther, answer.words};
+  return {Reason::kOther, PrintableText(answer.words)};
 }
 
 }  // namespace

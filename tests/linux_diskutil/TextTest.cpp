@@ -5,11 +5,11 @@
 #include <string>
 
 #include "linux_diskutil/Identifier.h"
-#include "linux_diskutil/Label.h"
+#include "linux_diskutil/PrintableText.h"
 
 namespace {
 
-TEST(Label, ComesOutPrintable) {
+TEST(Text, ComesOutPrintable) {
   const struct {
     std::string_view bytes;
     std::string_view clean;
@@ -26,7 +26,7 @@ TEST(Label, ComesOutPrintable) {
       {"e\xcc\x81te\xcc\x81", "\xc3\xa9t\xc3\xa9"},
       {"\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x92\xbb", "\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x92\xbb"},
   };
-  for (const auto& each : cases) EXPECT_EQ(diskutil::CleanLabel(each.bytes), each.clean) << each.bytes;
+  for (const auto& each : cases) EXPECT_EQ(diskutil::PrintableText(each.bytes), each.clean) << each.bytes;
   EXPECT_EQ(diskutil::DecodeUdevEscapes("a\\x20b\\xzz\\x4\\x"), "a b\\xzz\\x4\\x");
 }
 

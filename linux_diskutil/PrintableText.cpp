@@ -1,4 +1,4 @@
-#include "linux_diskutil/Label.h"
+#include "linux_diskutil/PrintableText.h"
 
 #include <utf8proc.h>
 
@@ -43,7 +43,7 @@ std::string Composed(const std::string& text) {
 
 }  // namespace
 
-std::string CleanLabel(std::string_view bytes) {
+std::string PrintableText(std::string_view bytes) {
   std::string clean;
   clean.reserve(bytes.size());
   bool plain = true;

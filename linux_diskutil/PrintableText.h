@@ -10,7 +10,7 @@ namespace diskutil {
 /// (NFC), no control character, nothing that turns the direction of the text, no two blanks in a row and none
 /// at the ends. What cannot be shown becomes "?". Whoever formatted the disk chose these bytes, so they may
 /// be anything.
-std::string CleanLabel(std::string_view bytes);
+std::string PrintableText(std::string_view bytes);
 
 /// Undoes the \xNN escapes of udev's *_ENC properties. The result is raw bytes, not yet safe to print.
 std::string DecodeUdevEscapes(std::string_view text);
