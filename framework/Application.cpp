@@ -59,7 +59,7 @@ std::string ClassName(const std::exception& exception) {
   return name ? name.get() : mangled;
 }
 
-void TellOfException(const std::string& name) {
+void ShowException(const std::string& name) {
   MsgBox("An exception of the class " + String(name) + " was not handled.");
 }
 
@@ -164,9 +164,9 @@ void _CallFunctionWithExceptionHandling(const std::function<void()>& callback) {
   try {
     callback();
   } catch (const RuntimeException& exception) {
-    TellOfException(exception.what());
+    ShowException(exception.what());
   } catch (const std::exception& exception) {  // of a library, which says what happened and not what it is
     std::fprintf(stderr, "%s\n", exception.what());
-    TellOfException(ClassName(exception));
+    ShowException(ClassName(exception));
   }
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-void TellOnStandardError(const std::function<void()>& callback) {
+void RunAndReport(const std::function<void()>& callback) {
   try {
     callback();
   } catch (const std::exception& exception) {
@@ -13,7 +13,7 @@ void TellOnStandardError(const std::function<void()>& callback) {
   }
 }
 
-void (*installed)(const std::function<void()>&) = TellOnStandardError;
+void (*installed)(const std::function<void()>&) = RunAndReport;
 
 }  // namespace
 

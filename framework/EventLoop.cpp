@@ -47,7 +47,7 @@ class LoopServices final : public Screen, public MainThread {
     // The main thread hands the change over at the end of what it is doing.
     if (Thread::Current() && loop.toolkit) loop.toolkit->Wake();
   }
-  void HearOfThread() override { MarkOutOfDate(); }
+  void ThreadHasChanged() override { MarkOutOfDate(); }
   void Present(Window& window) override {
     if (Thread::Current() || EventLoop::Quitting()) return;
     EventLoop::UpdateScreen();

@@ -12,7 +12,7 @@ class MainThread {
   /// Ends the handler, by unwinding, once a quit has been asked for.
   virtual void LeaveWhenQuitting() = 0;
   /// A thread has been started or has ended. On any thread.
-  virtual void HearOfThread() {}
+  virtual void ThreadHasChanged() {}
 
   /// The one that was handed in; before that one that just waits.
   static MainThread& Current();

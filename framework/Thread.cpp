@@ -59,7 +59,7 @@ void Thread::Run() {
   killed_ = suspended_ = yieldRequested_ = false;
   sleep_ = 0;
   running.push_back(this);
-  MainThread::Current().HearOfThread();
+  MainThread::Current().ThreadHasChanged();
 }
 
 void Thread::Body() {
@@ -76,7 +76,7 @@ void Thread::Body() {
   if (thread_.joinable()) leaving.push_back(std::move(thread_));
   kill_ = Pipe();
   running_ = false;
-  MainThread::Current().HearOfThread();
+  MainThread::Current().ThreadHasChanged();
 }
 
 bool Thread::RunsFor(const ::Window& window) {

@@ -33,12 +33,12 @@ String Description() {
   return text;
 }
 
-void LookTouched(Label& link) {
+void Highlight(Label& link) {
   link.TextColor = RGB(0, 0, 255);
   link.Underline = true;
 }
 
-void LookPlain(Label& link) {
+void Unhighlight(Label& link) {
   link.TextColor = RGB(0, 0, 0);
   link.Underline = false;
 }
@@ -129,11 +129,11 @@ void AboutWindow::_CreateControls0() {
 // clang-format on
 
 void AboutWindow::StaticText5_MouseEnter(Ref<Label> label) {
-  LookTouched(*label);
+  Highlight(*label);
 }
 
 void AboutWindow::StaticText5_MouseExit(Ref<Label> label) {
-  LookPlain(*label);
+  Unhighlight(*label);
 }
 
 bool AboutWindow::StaticText5_MouseDown(Ref<Label> label, int, int) {
@@ -149,11 +149,11 @@ bool AboutWindow::StaticText6_MouseDown(Ref<Label>, int, int) {
 }
 
 void AboutWindow::StaticText6_MouseEnter(Ref<Label> label) {
-  LookTouched(*label);
+  Highlight(*label);
 }
 
 void AboutWindow::StaticText6_MouseExit(Ref<Label> label) {
-  LookPlain(*label);
+  Unhighlight(*label);
 }
 
 void AboutWindow::BevelButton1_Action(Ref<BevelButton>) {

@@ -187,12 +187,12 @@ void SetAccessibleName(QWidget& widget, const QString& name) {
   if (widget.accessibleName() != name) widget.setAccessibleName(name);
 }
 
-void TellOfFocus(QWidget& widget) {
+void AnnounceFocus(QWidget& widget) {
   QAccessibleEvent event(&widget, QAccessible::Focus);
   QAccessible::updateAccessibility(&event);
 }
 
-void TellOfRow(QTableView& list, int row, QAccessible::Event what) {
+void AnnounceRow(QTableView& list, int row, QAccessible::Event what) {
   if (!QAccessible::isActive()) return;
   QAccessibleInterface* table = QAccessible::queryAccessibleInterface(&list);
   QAccessibleInterface* cell = table ? table->tableInterface()->cellAt(row, 0) : nullptr;

@@ -19,7 +19,7 @@ int TimesSaid();
 void SetAccessibleName(QWidget& widget, const QString& name);
 
 /// Tells that a widget has the focus again, where Qt does not.
-void TellOfFocus(QWidget& widget);
+void AnnounceFocus(QWidget& widget);
 
 /// Tells of an event in a row of a list, which the row's first cell stands for.
-void TellOfRow(QTableView& list, int row, QAccessible::Event what);
+void AnnounceRow(QTableView& list, int row, QAccessible::Event what);

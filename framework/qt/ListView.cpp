@@ -5,63 +5,19 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 #include <QTimer>
 #include <algorithm>
-#include <cstdlib>
-#include <utility>
 
-#include "framework/Rectangle.h"
-#include "framework/Window.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 #include "framework/qt/Painting.h"
+#include "framework/qt/RectangleView.h"
+#include "framework/qt/RowDelegate.h"
 
 namespace {
 
-constexpr int kGrip = 3;          // pixels to both sides of an edge where it can be taken hold of
-constexpr int kSlip = 3;          // pixels that the mouse may move in a click
-constexpr int kNarrowest = 16;    // pixels a column keeps
 constexpr int kLeading = 4;       // pixels between the lines of text
 constexpr int kLeastHeight = 18;  // of a row
-
-/// The row is what has the focus, not a cell in it. The first column's text stands a little inside it and the
-/// others' at its edge, or before it on the right, whatever margins the style has.
-class RowDelegate final : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    constexpr int kAtStart = 3;  // pixels
-    constexpr int kAtEnd = 6;
-    const QStyle* style = option.widget->style();
-    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
-    QStyleOptionViewItem cell = option;
-    initStyleOption(&cell, index);
-    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, option.widget);
-    if (cell.displayAlignment.testFlag(Qt::AlignRight))
-      cell.rect.adjust(0, 0, margin - kAtEnd, 0);
-    else
-      cell.rect.adjust((index.column() == 0 ? kAtStart : 0) - margin, 0, 0, 0);
-    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, option.widget);
-  }
-
- protected:
-  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    QStyledItemDelegate::initStyleOption(option, index);
-    option->state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
-  }
-};
-
-/// The colour of the rectangle that the list is a part of, none where it is of none.
-QColor RingColor(const Listbox& list) {
-  if (!list.Window()) return {};
-  for (const auto& control : list.Window()->Controls()) {
-    const auto rectangle = Cast<Rectangle>(control);
-    if (rectangle && rectangle->Name.Get() == list.InitialParent) return ToQColor(rectangle->TopLeftColor);
-  }
-  return {};
-}
 
 Qt::PenStyle LineStyle(int gridLines) {
   constexpr int kThinDotted = 2;
@@ -102,7 +58,7 @@ void ListView::CopyOwn() {
       Say(*window(), model_.index(row, 0).data(Qt::AccessibleTextRole).toString());
   }
   rowsBehind_ = !control_->Visible;
-  CopyColumns();
+  columns_.SetWidths(control_->ColumnWidths, control_->Width);
   CopySelection();
   // Left to the painting of the frame, as Qt leaves it, the layout comes too late for the rows to be painted
   // too.
@@ -125,25 +81,10 @@ void ListView::CopyLook() {
   setVerticalScrollBarPolicy(!control_->ScrollBarVertical   ? Qt::ScrollBarAlwaysOff
                              : control_->AutoHideScrollbars ? Qt::ScrollBarAsNeeded
                                                             : Qt::ScrollBarAlwaysOn);
-  ringColor_ = RingColor(*control_);
+  ringColor_ = ColorAround(*control_);
   rowLines_ = LineStyle(control_->GridLinesHorizontal);
   columnLines_ = LineStyle(control_->GridLinesVertical);
-  columnsResizable_ = control_->ColumnsResizable;
-}
-
-void ListView::CopyColumns() {
-  const int count = model_.columnCount();
-  if (count == 0 || (lastColumnWidth_ > 0 && columnWidths_.Identical(control_->ColumnWidths))) return;
-  columnWidths_ = control_->ColumnWidths;
-  const QStringList widths = OneLine(columnWidths_).split(',', Qt::SkipEmptyParts);
-  for (int column = 0; column < count; ++column) {
-    const int given = column < widths.size() ? widths[column].toInt() : 0;
-    const int width = given > 0 ? given : control_->Width / count;
-    // The widths are counted from the edge of the control, and its frame covers the edge.
-    lastColumnWidth_ = std::max(1, width - (column == 0 ? frameWidth() : 0));
-    setColumnWidth(column, lastColumnWidth_);
-  }
-  FillWidth();
+  columns_.SetResizable(control_->ColumnsResizable);
 }
 
 void ListView::CopySelection() {
@@ -158,10 +99,6 @@ void ListView::CopySelection() {
 int ListView::SelectedRow() const {
   const QModelIndexList rows = selectionModel()->selectedRows();
   return rows.isEmpty() ? -1 : rows.front().row();
-}
-
-void ListView::SelectNone() {
-  selectionModel()->clear();
 }
 
 void ListView::ReportSelection() {
@@ -183,17 +120,17 @@ void ListView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottom
   QTableView::dataChanged(topLeft, bottomRight, roles);
   // What a row's style means is part of its name.
   for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
-    TellOfRow(*this, row, QAccessible::NameChanged);
+    AnnounceRow(*this, row, QAccessible::NameChanged);
 }
 
-void ListView::TellFocus() {
-  if (hasFocus() && SelectedRow() >= 0) TellOfRow(*this, SelectedRow(), QAccessible::Focus);
+void ListView::AnnounceFocus() {
+  if (hasFocus() && SelectedRow() >= 0) AnnounceRow(*this, SelectedRow(), QAccessible::Focus);
 }
 
 bool ListView::event(QEvent* event) {
   const bool result = QTableView::event(event);
   // Qt tells that the list has the focus, and does so after this event.
-  if (event->type() == QEvent::FocusIn) QTimer::singleShot(0, this, [this] { TellFocus(); });
+  if (event->type() == QEvent::FocusIn) QTimer::singleShot(0, this, [this] { AnnounceFocus(); });
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
   if (event->type() == QEvent::Paint) PaintFrame();
   return result;
@@ -233,7 +170,7 @@ void ListView::paintEvent(QPaintEvent* event) {
 
 void ListView::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
-  FillWidth();
+  columns_.FillWidth();
 }
 
 void ListView::updateGeometries() {
@@ -241,36 +178,8 @@ void ListView::updateGeometries() {
   horizontalScrollBar()->setRange(0, 0);
 }
 
-void ListView::FillWidth() {
-  const int last = model_.columnCount() - 1;
-  if (last < 0) return;
-  setColumnWidth(last, std::max(lastColumnWidth_, viewport()->width() - columnViewportPosition(last)));
-}
-
-int ListView::EdgeAt(QPoint position) const {
-  if (!columnsResizable_ || horizontalHeader()->isVisible() || rowAt(position.y()) < 0) return -1;
-  for (int column = 0; column < model_.columnCount(); ++column) {
-    const int edge = columnViewportPosition(column) + columnWidth(column);
-    if (edge < viewport()->width() && std::abs(position.x() - edge) <= kGrip) return column;
-  }
-  return -1;
-}
-
-void ListView::DragEdge(int x) {
-  dragging_ |= std::abs(x - pressedAt_.x()) > kSlip;
-  if (!dragging_) return;
-  setColumnWidth(heldColumn_, std::max(heldWidth_ + x - pressedAt_.x(), kNarrowest));
-  FillWidth();
-}
-
 void ListView::mousePressEvent(QMouseEvent* event) {
-  pressedAt_ = event->position().toPoint();
-  dragging_ = false;
-  heldColumn_ = event->button() == Qt::LeftButton ? EdgeAt(pressedAt_) : -1;
-  if (heldColumn_ < 0)
-    PressRow(event);
-  else
-    heldWidth_ = columnWidth(heldColumn_);
+  if (event->button() != Qt::LeftButton || !columns_.Press(event->position().toPoint())) PressRow(event);
 }
 
 void ListView::PressRow(QMouseEvent* event) {
@@ -283,8 +192,8 @@ void ListView::PressRow(QMouseEvent* event) {
 
 void ListView::mouseMoveEvent(QMouseEvent* event) {
   const QPoint position = event->position().toPoint();
-  if (heldColumn_ >= 0) return DragEdge(position.x());
-  if (event->buttons() == Qt::NoButton && EdgeAt(position) >= 0)
+  if (columns_.Held()) return columns_.Drag(position.x());
+  if (event->buttons() == Qt::NoButton && columns_.EdgeAt(position) >= 0)
     viewport()->setCursor(Qt::SplitHCursor);
   else
     viewport()->unsetCursor();
@@ -293,9 +202,9 @@ void ListView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ListView::mouseReleaseEvent(QMouseEvent* event) {
-  if (std::exchange(heldColumn_, -1) >= 0) {
-    if (dragging_) return;
-    QMouseEvent press(QEvent::MouseButtonPress, pressedAt_, event->globalPosition(), Qt::LeftButton,
+  if (columns_.Held() && event->button() == Qt::LeftButton) {
+    if (columns_.Release()) return;
+    QMouseEvent press(QEvent::MouseButtonPress, columns_.PressedAt(), event->globalPosition(), Qt::LeftButton,
                       Qt::LeftButton, event->modifiers());
     PressRow(&press);
   }

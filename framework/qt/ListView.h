@@ -5,6 +5,7 @@
 
 #include "framework/Listbox.h"
 #include "framework/qt/ControlView.h"
+#include "framework/qt/ListColumns.h"
 #include "framework/qt/ListModel.h"
 
 /// A list: whole rows are selected, one at a time; a click below the rows selects none. Columns keep their
@@ -33,39 +34,26 @@ class ListView final : public ViewOf<Listbox, QTableView> {
 
  private:
   void CopyLook();
-  void CopyColumns();
   void CopySelection();
 
   int SelectedRow() const;
-  void SelectNone();
+  void SelectNone() { selectionModel()->clear(); }
   /// Hands the selection to the control when it is another one than the control knows.
   void ReportSelection();
 
   /// Tells assistive technology of the row in which the focus is.
-  void TellFocus();
+  void AnnounceFocus();
 
-  /// The column whose right edge a person can take hold of there, -1 for none.
   void PaintFrame();
-  int EdgeAt(QPoint position) const;
-  void DragEdge(int x);
   void PressRow(QMouseEvent* event);
-  /// The last column reaches at least to the right edge.
-  void FillWidth();
 
   ListModel model_;
-  String columnWidths_;
-  int lastColumnWidth_ = 0;
+  ListColumns columns_{*this};
   Qt::PenStyle rowLines_ = Qt::NoPen;
   Qt::PenStyle columnLines_ = Qt::NoPen;
-  QColor ringColor_;  // of the frame, none for the style's own frame
-  bool columnsResizable_ = false;
+  QColor ringColor_;        // of the frame, none for the style's own frame
   bool rowsBehind_ = true;  // rows have changed that were not copied as nothing showed
   bool copying_ = false;
   int reportedRow_ = -1;
   std::uint64_t generation_ = 0;  // of the rows that are copied
-
-  QPoint pressedAt_;
-  int heldColumn_ = -1;  // by its right edge
-  int heldWidth_ = 0;    // of that column as it was
-  bool dragging_ = false;
 };

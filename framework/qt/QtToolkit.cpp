@@ -5,7 +5,6 @@
 #include <QIcon>
 #include <QImageReader>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
@@ -37,7 +36,7 @@ QtMessageHandler usualHandler = nullptr;
 
 /// Qt aborts where it reaches no display, and advises to install the program anew. Where a Wayland display
 /// goes away it says so and ends the process at once, on whatever thread: the words are the only sign.
-void HearOfDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+void HandleQtMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   if (type == QtFatalMsg && text.contains("platform plugin")) {
     std::fputs("No window can be shown: there is no display, or it cannot be reached.\n", stderr);
     std::_Exit(EXIT_FAILURE);
@@ -74,7 +73,7 @@ bool IsAddress(const QString& text) {
 }  // namespace
 
 std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
-  usualHandler = qInstallMessageHandler(HearOfDisplay);
+  usualHandler = qInstallMessageHandler(HandleQtMessage);
   return std::make_unique<QtToolkit>(argc, argv);
 }
 
@@ -93,9 +92,8 @@ QtToolkit::QtToolkit(int& argc, char** argv)
   QObject::connect(&program_, &QGuiApplication::focusWindowChanged, &program_, [this] {
     if (auto* view = dynamic_cast<WindowView*>(QApplication::activeWindow())) lastActive_ = view;
   });
-  QObject::connect(&program_, &QApplication::focusChanged, &program_, [this](QWidget*, QWidget* now) {
-    if (auto* text = qobject_cast<QPlainTextEdit*>(now)) lastText_ = text;
-  });
+  QObject::connect(&program_, &QApplication::focusChanged, &program_,
+                   [this](QWidget*, QWidget* now) { editedText_.FocusMoves(now); });
   wakeTimer_.setSingleShot(true);
   wakeTimer_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&wakeTimer_, &QTimer::timeout, &wakeTimer_, [this] { RunWoken(); });
@@ -274,41 +272,4 @@ PictureRef QtToolkit::ReadPicture(const std::string& path) {
     picture.Pixels.insert(picture.Pixels.end(), line, line + image.width());
   }
   return std::make_shared<Picture>(std::move(picture));
-}
-
-/// A person who reaches for the menu takes the focus from the text.
-QPlainTextEdit* QtToolkit::EditedText() const {
-  return lastText_ && lastText_->isVisible() ? lastText_ : nullptr;
-}
-
-bool QtToolkit::CanEdit(EditCommand command) {
-  const QPlainTextEdit* text = EditedText();
-  if (!text) return false;
-  if (command == EditCommand::kCopy) return text->textCursor().hasSelection();
-  if (text->isReadOnly()) return false;
-  switch (command) {
-    case EditCommand::kUndo:
-      return text->document()->isUndoAvailable();
-    case EditCommand::kPaste:
-      return text->canPaste();
-    default:
-      return text->textCursor().hasSelection();
-  }
-}
-
-void QtToolkit::Edit(EditCommand command) {
-  if (!CanEdit(command)) return;
-  QPlainTextEdit* text = EditedText();
-  switch (command) {
-    case EditCommand::kUndo:
-      return text->undo();
-    case EditCommand::kCut:
-      return text->cut();
-    case EditCommand::kCopy:
-      return text->copy();
-    case EditCommand::kPaste:
-      return text->paste();
-    case EditCommand::kClear:
-      return text->textCursor().removeSelectedText();
-  }
 }

@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "framework/Toolkit.h"
+#include "framework/qt/EditedText.h"
 #include "framework/qt/SignalWatch.h"
 #include "framework/qt/WindowView.h"
 
 class QMessageBox;
-class QPlainTextEdit;
 
 /// Shows the framework's windows with Qt Widgets.
 class QtToolkit final : public Toolkit {
@@ -32,8 +32,8 @@ class QtToolkit final : public Toolkit {
   Area ScreenArea() override;
   void OpenAddress(const String& address) override;
   PictureRef ReadPicture(const std::string& path) override;
-  bool CanEdit(EditCommand command) override;
-  void Edit(EditCommand command) override;
+  bool CanEdit(EditCommand command) override { return editedText_.Can(command); }
+  void Edit(EditCommand command) override { editedText_.Do(command); }
 
  private:
   /// The event in which a view ends may be one that the view is handling.
@@ -56,8 +56,6 @@ class QtToolkit final : public Toolkit {
   WindowView* Find(const Window* window) const;
   WindowView* Front() const;
   void CopyApplicationBar(const Ref<MenuBar>& bar);
-  /// The text that has the focus, or had it last and still shows; nullptr for none.
-  QPlainTextEdit* EditedText() const;
 
   SignalWatch signals_;
   Program program_;
@@ -70,7 +68,7 @@ class QtToolkit final : public Toolkit {
 
   std::vector<View> views_;  // in the order in which the windows were opened
   QPointer<WindowView> lastActive_;
-  QPointer<QPlainTextEdit> lastText_;  // that had the focus
+  EditedText editedText_;
   const MenuView::Front frontWindow_;
   std::unique_ptr<QMenuBar> applicationBar_;  // where there is one for all windows
   std::unique_ptr<MenuView> applicationMenus_;

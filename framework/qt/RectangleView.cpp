@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "framework/Window.h"
 #include "framework/qt/Conversions.h"
 #include "framework/qt/Painting.h"
 
@@ -17,4 +18,13 @@ void RectangleView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), fill_);
   for (int i = 0; i < border_; ++i) PaintRing(painter, rect().adjusted(i, i, -i, -i), topLeft_, bottomRight_);
+}
+
+QColor ColorAround(const Control& control) {
+  if (!control.Window()) return {};
+  for (const auto& other : control.Window()->Controls()) {
+    const auto rectangle = Cast<Rectangle>(other);
+    if (rectangle && rectangle->Name.Get() == control.InitialParent) return ToQColor(rectangle->TopLeftColor);
+  }
+  return {};
 }

@@ -16,3 +16,6 @@ class RectangleView final : public ViewOf<Rectangle, QWidget> {
   QColor fill_, topLeft_, bottomRight_;
   int border_ = 0;
 };
+
+/// The colour of the rectangle that a control is a part of, none where it is of none.
+QColor ColorAround(const Control& control);

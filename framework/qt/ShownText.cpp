@@ -94,7 +94,7 @@ char32_t Character(char32_t c) {
 }
 
 /// The end of the text, or behind a blank that is near it.
-std::size_t PlaceOfCut(std::u16string_view shown) {
+std::size_t CutPosition(std::u16string_view shown) {
   const std::size_t blank = shown.substr(shown.size() - kLookBack).rfind(u' ');
   return blank == std::u16string_view::npos ? shown.size() : shown.size() - kLookBack + blank + 1;
 }
@@ -135,7 +135,7 @@ void ShownText::Build(Text text) {
       continue;
     }
     if (shown.size() - line >= kLongLine) {
-      const std::size_t cut = PlaceOfCut(shown);
+      const std::size_t cut = CutPosition(shown);
       seams_.push_back({static_cast<int>(cut), kNothing});
       shown.insert(cut, 1, kParagraphEnd);
       paragraph = line = cut + 1;

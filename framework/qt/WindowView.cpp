@@ -4,20 +4,17 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QMouseEvent>
-#include <QShortcut>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
 
 #include "framework/EventLoop.h"
-#include "framework/Listbox.h"
-#include "framework/Thread.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 #include "framework/qt/LabelView.h"
+#include "framework/qt/MenuKeys.h"
 #include "framework/qt/TabPanelView.h"
 
 namespace {
@@ -37,56 +34,20 @@ Qt::WindowFlags FlagsOf(const Window& window) {
   return flags;
 }
 
-/// Opens a menu at its first item: a screen reader loses its way in one of which no item is active.
-void OpenMenu(QMenuBar& bar, QAction& menu) {
-  bar.setActiveAction(&menu);
-  for (QAction* item : menu.menu()->actions())
-    if (item->isEnabled() && !item->isSeparator()) return menu.menu()->setActiveAction(item);
-}
-
 }  // namespace
 
 WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front)
-    : window_(window), owner_(const_cast<WindowView*>(owner)) {
+    : window_(window), owner_(const_cast<WindowView*>(owner)), voice_(*this, window) {
   SetFlags(owner);
   if (window->MenuBar && !kOneBarForAll) {
     bar_ = new QMenuBar(this);
     menus_ = std::make_unique<MenuView>(*bar_, window->MenuBar, front);
-    OnKey(Qt::Key_F10, [this] { EnterMenus(); });
+    OnKey(*this, Qt::Key_F10, [this] { EnterMenus(*bar_); });
   } else if (owner && owner->menus_) {
-    BorrowMenus(*owner);
+    addActions(owner->menus_->Actions());
+    if (!isModal()) BorrowMenuKeys(*this, *owner->bar_);
   }
   Copy();
-}
-
-void WindowView::EnterMenus() {
-  for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
-    QKeyEvent alt(type, Qt::Key_Alt, Qt::AltModifier);
-    QCoreApplication::sendEvent(this, &alt);
-  }
-  OpenMenu(*bar_, *bar_->actions().front());
-}
-
-void WindowView::BorrowMenus(const WindowView& owner) {
-  addActions(owner.menus_->Actions());
-  if (isModal()) return;
-  const QList<QAction*> menus = owner.bar_->actions();
-  for (QAction* menu : menus) {
-    const auto open = [bar = owner.bar_, menu] { OpenMenu(*bar, *menu); };
-    OnKey(QKeySequence::mnemonic(menu->text()), open);
-    if (menu == menus.front()) OnKey(Qt::Key_F10, open);
-    connect(menu->menu(), &QMenu::aboutToHide, this, [this, bar = QPointer(owner.bar_)] {
-      QTimer::singleShot(0, this, [this, bar] { LeaveMenus(bar); });
-    });
-  }
-}
-
-/// Escape leaves the keyboard with the bar, where it would stay, as the bar's window is not in front.
-void WindowView::LeaveMenus(QMenuBar* bar) {
-  if (!bar || !isActiveWindow() || QApplication::activePopupWidget()) return;
-  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-  QCoreApplication::sendEvent(bar, &escape);
-  if (QWidget* focus = focusWidget()) TellOfFocus(*focus);
 }
 
 void WindowView::SetFlags(const WindowView* owner) {
@@ -99,9 +60,9 @@ void WindowView::SetFlags(const WindowView* owner) {
 
 void WindowView::Copy() {
   if (menus_) menus_->Copy();
-  SayWork();
+  voice_.SayWork();
   if (window_->TakeStale()) CopyParts();
-  timesSaid_ = TimesSaid();
+  voice_.EndUpdate();
 }
 
 void WindowView::CopyParts() {
@@ -112,7 +73,7 @@ void WindowView::CopyParts() {
   CopyControls();
   CopyShown();
   copying_ = false;
-  SayWords();
+  if (owner_ && isVisible() && testAttribute(Qt::WA_ShowWithoutActivating)) voice_.SayWords(*owner_, Words());
 }
 
 QString WindowView::Words() const {
@@ -124,29 +85,6 @@ QString WindowView::Words() const {
   QStringList words;
   for (const LabelView* label : labels) words += label->Whole();
   return words.join(' ').simplified();
-}
-
-void WindowView::SayWords() {
-  if (!owner_ || !isVisible() || !testAttribute(Qt::WA_ShowWithoutActivating)) return;
-  const QString words = Words();
-  if (words != said_) Say(*owner_, words);
-  said_ = words;
-}
-
-/// A window that has come up for the work says the start itself.
-void WindowView::SayWork() {
-  const bool working = Thread::RunsFor(*window_);
-  const bool changed = working != std::exchange(working_, working);
-  const bool heard = TimesSaid() != timesSaid_;
-  for (const auto& control : window_->Controls()) {
-    const auto list = changed ? Cast<Listbox>(control) : nullptr;
-    if (!list || EventLoop::Quitting()) continue;
-    const QStringList rows = OneLine(list->AccessibleRows).split(',');
-    const QString start = OneLine(list->AccessibleStart);
-    if (working && !heard && !start.isEmpty()) Say(*this, start);
-    if (!working && rows.size() == 2)
-      Say(*this, QString("%1 %2").arg(list->ListCount()).arg(rows[list->ListCount() == 1 ? 0 : 1]));
-  }
 }
 
 void WindowView::CopyTitle() {
@@ -206,14 +144,10 @@ ControlView* WindowView::MakeView(const Ref<Control>& control) {
     tabs_ = tabs;
     // A list with the focus keeps these keys from keyPressEvent, where Ctrl+Tab and its like come; and of
     // those a shortcut would not know the one with Shift.
-    OnKey(Qt::CTRL | Qt::Key_PageDown, [tabs] { tabs->Step(+1); });
-    OnKey(Qt::CTRL | Qt::Key_PageUp, [tabs] { tabs->Step(-1); });
+    OnKey(*this, Qt::CTRL | Qt::Key_PageDown, [tabs] { tabs->Step(+1); });
+    OnKey(*this, Qt::CTRL | Qt::Key_PageUp, [tabs] { tabs->Step(-1); });
   }
   return view;
-}
-
-void WindowView::OnKey(const QKeySequence& key, std::function<void()> action) {
-  connect(new QShortcut(key, this), &QShortcut::activated, this, std::move(action));
 }
 
 QPoint WindowView::OriginOf(const Control& control) const {

@@ -1,16 +1,15 @@
 #pragma once
 
-#include <QKeySequence>
 #include <QPointer>
 #include <QRect>
 #include <QWidget>
-#include <functional>
 #include <memory>
 #include <vector>
 
 #include "framework/Window.h"
 #include "framework/qt/ControlView.h"
 #include "framework/qt/MenuView.h"
+#include "framework/qt/WindowVoice.h"
 
 class TabPanelView;
 
@@ -51,18 +50,7 @@ class WindowView final : public QWidget {
   void CopyLimits();
   void CopyControls();
   void CopyShown();
-  /// Tell assistive technology what a person sees: the words of a window that takes no focus, and work that
-  /// begins and ends.
-  void SayWords();
-  void SayWork();
   ControlView* MakeView(const Ref<Control>& control);
-  /// Takes the keyboard to the menu bar, as a tap on Alt would, with the first menu open.
-  void EnterMenus();
-  /// Makes the keys of the owner's menus work here too.
-  void BorrowMenus(const WindowView& owner);
-  void LeaveMenus(QMenuBar* bar);
-  /// A key of the whole window.
-  void OnKey(const QKeySequence& key, std::function<void()> action);
   void Arrange();
   std::vector<ControlView*> InTabOrder() const;
 
@@ -86,8 +74,5 @@ class WindowView final : public QWidget {
   int shows_ = 0;
   static inline bool copying_ = false;  // any of the windows
   bool painted_ = false;
-
-  QString said_;          // its words
-  bool working_ = false;  // a thread of the window runs
-  int timesSaid_ = 0;     // by any window, as of the last copy
+  WindowVoice voice_;
 };

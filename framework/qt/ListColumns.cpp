@@ -1,0 +1,66 @@
+#include "framework/qt/ListColumns.h"
+
+#include <QHeaderView>
+#include <algorithm>
+#include <cstdlib>
+
+#include "framework/qt/Conversions.h"
+
+namespace {
+
+constexpr int kGrip = 3;        // pixels to both sides of an edge where it can be taken hold of
+constexpr int kSlip = 3;        // pixels that the mouse may move in a click
+constexpr int kNarrowest = 16;  // pixels a column keeps
+
+}  // namespace
+
+void ListColumns::SetWidths(const String& widths, int whole) {
+  const int count = Count();
+  if (count == 0 || (lastWidth_ > 0 && widths_.Identical(widths))) return;
+  widths_ = widths;
+  const QStringList given = OneLine(widths).split(',', Qt::SkipEmptyParts);
+  for (int column = 0; column < count; ++column) {
+    const int own = column < given.size() ? given[column].toInt() : 0;
+    const int width = own > 0 ? own : whole / count;
+    // The widths are counted from the edge of the control, and its frame covers the edge.
+    lastWidth_ = std::max(1, width - (column == 0 ? list_.frameWidth() : 0));
+    list_.setColumnWidth(column, lastWidth_);
+  }
+  FillWidth();
+}
+
+void ListColumns::FillWidth() {
+  const int last = Count() - 1;
+  if (last < 0) return;
+  const int room = list_.viewport()->width() - list_.columnViewportPosition(last);
+  list_.setColumnWidth(last, std::max(lastWidth_, room));
+}
+
+int ListColumns::EdgeAt(QPoint position) const {
+  if (!resizable_ || list_.horizontalHeader()->isVisible() || list_.rowAt(position.y()) < 0) return -1;
+  for (int column = 0; column < Count(); ++column) {
+    const int edge = list_.columnViewportPosition(column) + list_.columnWidth(column);
+    if (edge < list_.viewport()->width() && std::abs(position.x() - edge) <= kGrip) return column;
+  }
+  return -1;
+}
+
+bool ListColumns::Press(QPoint position) {
+  pressedAt_ = position;
+  dragging_ = false;
+  held_ = EdgeAt(position);
+  if (Held()) heldWidth_ = list_.columnWidth(held_);
+  return Held();
+}
+
+void ListColumns::Drag(int x) {
+  dragging_ |= std::abs(x - pressedAt_.x()) > kSlip;
+  if (!dragging_) return;
+  list_.setColumnWidth(held_, std::max(heldWidth_ + x - pressedAt_.x(), kNarrowest));
+  FillWidth();
+}
+
+bool ListColumns::Release() {
+  held_ = -1;
+  return dragging_;
+}
