@@ -1,6 +1,7 @@
 #include "linux_diskutil/ContentProbe.h"
 
 #include <blkid/blkid.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
@@ -9,7 +10,6 @@
 #include <string_view>
 #include <type_traits>
 
-#include "linux_diskutil/FileDescriptor.h"
 #include "linux_diskutil/PrintableText.h"
 
 namespace diskutil {
@@ -27,13 +27,24 @@ std::string Value(const Probe& probe, const char* name) {
   return PrintableText({data, size > 0 ? size - 1 : 0});  // The size counts a closing zero byte.
 }
 
+// libblkid reads thirty places of a device, one after the other: nearly all in the first kilobytes, where
+// file systems have their headers, and the last, where RAID members have theirs. Nothing tells beforehand
+// which of them a device needs, as any of them can make its content ambiguous. Asked for in two pieces, most
+// of them are there when they are read.
+void AskForBothEnds(const FileDescriptor& file, off_t size) {
+  constexpr off_t kHead = 264 * 1024;
+  constexpr off_t kTail = 144 * 1024;
+  posix_fadvise(file.Number(), 0, kHead, POSIX_FADV_WILLNEED);
+  if (size > kHead + kTail) posix_fadvise(file.Number(), size - kTail, kTail, POSIX_FADV_WILLNEED);
+}
+
 }  // namespace
 
-void ProbeContent(Device& device) {
-  const FileDescriptor file = OpenForReading(device.node);
+void ProbeContent(const FileDescriptor& file, Device& device) {
+  AskForBothEnds(file, static_cast<off_t>(device.bytes));
   const Probe probe(blkid_new_probe());
   if (!probe) throw std::bad_alloc();
-  if (!file || blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return;
+  if (blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return;
   blkid_probe_enable_superblocks(probe.get(), 1);
   blkid_probe_set_superblocks_flags(
       probe.get(), BLKID_SUBLKS_TYPE | BLKID_SUBLKS_USAGE | BLKID_SUBLKS_LABEL | BLKID_SUBLKS_UUID);
@@ -49,12 +60,11 @@ void ProbeContent(Device& device) {
   device.uuid = Value(probe, "UUID");
 }
 
-CaseRule ReadCaseRule(const std::string& node) {
+CaseRule ReadCaseRule(const FileDescriptor& file) {
   constexpr off_t kVolumeHeader = 1024;
   std::array<char, 2> signature{};
-  const FileDescriptor file = OpenForReading(node);
-  if (!file || pread(file.Number(), signature.data(), signature.size(), kVolumeHeader) !=
-                   static_cast<ssize_t>(signature.size())) {
+  if (pread(file.Number(), signature.data(), signature.size(), kVolumeHeader) !=
+      static_cast<ssize_t>(signature.size())) {
     return CaseRule::kInsensitive;
   }
   return std::string_view(signature.data(), signature.size()) == "HX" ? CaseRule::kSensitive

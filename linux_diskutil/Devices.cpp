@@ -15,6 +15,7 @@
 
 #include "linux_diskutil/BlockDevice.h"
 #include "linux_diskutil/ContentProbe.h"
+#include "linux_diskutil/FileDescriptor.h"
 #include "linux_diskutil/PartitionTypes.h"
 
 namespace diskutil {
@@ -124,12 +125,17 @@ std::string DiskName(std::uint64_t sequence) {
   return disk != disks.end() ? *disk : "";
 }
 
-// Adds what only the device itself can tell. Opens it no more often than that takes.
+// Adds what only the device itself can tell. Opens it once, or not at all. One that may not be read adds
+// nothing.
 Device Complete(BlockDevice found) {
   Device& device = found.device;
-  if (!found.described) ProbeContent(device);
-  device.type =
-      TypeName(device, device.fsType == "hfsplus" ? ReadCaseRule(device.node) : CaseRule::kInsensitive);
+  CaseRule caseRule = CaseRule::kInsensitive;
+  if (!found.described || device.fsType == "hfsplus") {
+    const FileDescriptor file = OpenForReading(device.node);
+    if (file && !found.described) ProbeContent(file, device);
+    if (file && device.fsType == "hfsplus") caseRule = ReadCaseRule(file);
+  }
+  device.type = TypeName(device, caseRule);
   return std::move(device);
 }
 
