@@ -7,6 +7,7 @@
 #include "app/App.h"
 #include "app/FileTypes.h"
 #include "app/MenuBar1.h"
+#include "framework/Callback.h"
 #include "windows/Window1.h"
 
 namespace {

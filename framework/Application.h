@@ -2,7 +2,6 @@
 
 #include <functional>
 
-#include "framework/Callback.h"
 #include "framework/MenuHandlers.h"
 #include "framework/MenuItem.h"
 #include "framework/Messages.h"

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "framework/ByteBuffer.h"
+#include "framework/Descriptor.h"
 #include "framework/Launch.h"
-#include "framework/Pipe.h"
 
 /// One command as a child process: started, watched and ended, by whatever thread owns it.
 ///

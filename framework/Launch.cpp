@@ -20,6 +20,8 @@
 #include <system_error>
 #include <thread>
 
+#include "framework/Pipe.h"
+
 extern char** environ;
 
 namespace {

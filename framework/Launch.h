@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/Pipe.h"
+#include "framework/Descriptor.h"
 
 /// What a command prints into.
 enum class Outlet {

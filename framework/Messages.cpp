@@ -1,7 +1,6 @@
 #include "framework/Messages.h"
 
 #include <poll.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cstdio>

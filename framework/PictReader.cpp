@@ -1,3 +1,4 @@
+// The whole of one file format, so that nobody has to look for a second half of it.
 #include "framework/PictReader.h"
 
 #include <algorithm>

@@ -6,6 +6,7 @@
 
 #include "framework/EventLoop.h"
 #include "framework/Picture.h"
+#include "framework/Screen.h"
 #include "framework/String.h"
 #include "framework/Window.h"
 

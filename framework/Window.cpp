@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "framework/Screen.h"
+
 namespace {
 
 /// The open windows, in the order in which they were opened.

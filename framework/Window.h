@@ -7,7 +7,6 @@
 #include "framework/Control.h"
 #include "framework/MenuHandlers.h"
 #include "framework/MenuItem.h"
-#include "framework/Screen.h"
 
 /// A window: a value on the framework's side, shown by the toolkit from outside. Subclasses lay it out, make
 /// its controls and handle its events. A window lives until it is closed, whoever holds it: it stands in a
