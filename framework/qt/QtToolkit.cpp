@@ -2,8 +2,6 @@
 
 #include <QDeadlineTimer>
 #include <QGridLayout>
-#include <QIcon>
-#include <QImageReader>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -18,7 +16,6 @@
 
 #include "framework/Application.h"
 #include "framework/EventLoop.h"
-#include "framework/Folders.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 
@@ -43,18 +40,6 @@ void HandleQtMessage(QtMsgType type, const QMessageLogContext& context, const QS
   }
   usualHandler(type, context, text);
   if (text.startsWith("The Wayland connection")) Application::DisplayHasGone();
-}
-
-/// The icon that is installed with the program, for window managers that do not look into its desktop entry.
-QIcon InstalledIcon() {
-  QIcon icon;
-  const QString resources = QString::fromLocal8Bit(ResourcesFolder().c_str());
-  if (resources.isEmpty()) return icon;
-  const QString name = QCoreApplication::applicationName();
-  for (const int size : {16, 24, 32, 48, 64})
-    icon.addFile(
-        QString("%1/../icons/hicolor/%2x%2/apps/%3.png").arg(resources, QString::number(size), name));
-  return icon;
 }
 
 void CentreOn(QWidget& box, const QWidget& window) {
@@ -257,19 +242,4 @@ void QtToolkit::OpenAddress(const String& address) {
   opener.setStandardOutputFile(QProcess::nullDevice());
   opener.setStandardErrorFile(QProcess::nullDevice());
   opener.startDetached();
-}
-
-PictureRef QtToolkit::ReadPicture(const std::string& path) {
-  constexpr int kLargest = 4096;  // pixels on a side
-  QImageReader reader(QString::fromLocal8Bit(path.c_str()));
-  const QSize size = reader.size();
-  if (size.isEmpty() || size.width() > kLargest || size.height() > kLargest) return nullptr;
-  const QImage image = reader.read().convertToFormat(QImage::Format_ARGB32);
-  if (image.isNull()) return nullptr;
-  Picture picture{image.width(), image.height(), {}};
-  for (int y = 0; y < image.height(); ++y) {
-    const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    picture.Pixels.insert(picture.Pixels.end(), line, line + image.width());
-  }
-  return std::make_shared<Picture>(std::move(picture));
 }

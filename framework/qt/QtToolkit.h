@@ -11,6 +11,7 @@
 
 #include "framework/Toolkit.h"
 #include "framework/qt/EditedText.h"
+#include "framework/qt/ImageFiles.h"
 #include "framework/qt/SignalWatch.h"
 #include "framework/qt/WindowView.h"
 
@@ -31,7 +32,7 @@ class QtToolkit final : public Toolkit {
   void WaitForInput(const std::vector<int>& descriptors, int milliseconds) override;
   Area ScreenArea() override;
   void OpenAddress(const String& address) override;
-  PictureRef ReadPicture(const std::string& path) override;
+  PictureRef ReadPicture(const std::string& path) override { return ReadImage(path); }
   bool CanEdit(EditCommand command) override { return editedText_.Can(command); }
   void Edit(EditCommand command) override { editedText_.Do(command); }
 
