@@ -18,6 +18,7 @@
 #include "framework/EventLoop.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
+#include "framework/qt/Wayland.h"
 
 namespace {
 
@@ -41,6 +42,15 @@ void HandleQtMessage(QtMsgType type, const QMessageLogContext& context, const QS
   usualHandler(type, context, text);
   if (text.startsWith("The Wayland connection")) Application::DisplayHasGone();
 }
+
+class MessageBox final : public QMessageBox {
+ protected:
+  bool event(QEvent* event) override {
+    const bool known = QMessageBox::event(event);
+    ObeyCompositor(*this, *event);
+    return known;
+  }
+};
 
 void CentreOn(QWidget& box, const QWidget& window) {
   const QRect area = window.geometry();
@@ -194,7 +204,7 @@ void QtToolkit::Present(Window& window) {
 }
 
 void QtToolkit::ShowMessage(const String& text) {
-  QMessageBox box;
+  MessageBox box;
   box.setTextFormat(Qt::PlainText);
   box.setText(Lines(text));
   box.addButton(QMessageBox::Ok)->setIcon({});

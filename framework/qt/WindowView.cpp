@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
@@ -16,21 +15,18 @@
 #include "framework/qt/LabelView.h"
 #include "framework/qt/MenuKeys.h"
 #include "framework/qt/TabPanelView.h"
+#include "framework/qt/Wayland.h"
 
 namespace {
 
-bool IsWayland() {
-  return QGuiApplication::platformName().startsWith("wayland");
-}
-
 Qt::WindowFlags FlagsOf(const Window& window) {
   Qt::WindowFlags flags = window.Frame == Window::kDocument ? Qt::Window : Qt::Dialog;
+  // The frame that Qt draws on Wayland has all boxes, whatever it is told.
+  if (IsWayland() && !window.CloseButton) return flags | Qt::FramelessWindowHint;
   flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
   flags.setFlag(Qt::WindowCloseButtonHint, window.CloseButton);
   flags.setFlag(Qt::WindowMinimizeButtonHint, window.MinimizeButton);
   flags.setFlag(Qt::WindowMaximizeButtonHint, window.MaximizeButton);
-  // The frame that Qt draws on Wayland has all boxes, whatever it is told.
-  flags.setFlag(Qt::FramelessWindowHint, IsWayland() && !window.CloseButton);
   return flags;
 }
 
@@ -117,9 +113,8 @@ void WindowView::CopyLimits() {
   const QSize least = window_->Resizeable ? QSize(window_->MinWidth, window_->MinHeight) : size;
   most_ = window_->Resizeable ? QSize(window_->MaxWidth, window_->MaxHeight) : size;
   setMinimumSize(least.width(), least.height() + above_);
-  // A Wayland compositor ends a program whose window has not the size that it was given when it was
-  // maximised. There the content alone keeps to the limit.
-  if (!IsWayland()) setMaximumSize(most_.width(), most_.height() + above_);
+  if (!IsWayland())  // there the content alone keeps to the limit
+    setMaximumSize(most_.width(), most_.height() + above_);
 }
 
 void WindowView::CopyControls() {
@@ -249,6 +244,7 @@ void WindowView::moveEvent(QMoveEvent*) {
 /// A new font, palette or style of the desktop is taken over as if all had changed.
 void WindowView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
+  ObeyCompositor(*this, *event);
   const QEvent::Type type = event->type();
   const bool isLook =
       type == QEvent::FontChange || type == QEvent::PaletteChange || type == QEvent::StyleChange;

@@ -86,7 +86,7 @@ class Program:
             try:
                 states = {(task / "stat").read_text().rpartition(")")[2].split()[0] for task in tasks}
                 busy = not (self.home / "hang").exists() and any((task / "children").read_text() for task in tasks)
-            except FileNotFoundError:  # a thread has ended
+            except (OSError, IndexError):  # a thread has ended
                 busy = True
             self.asleep = 0 if busy or states != {"S"} else self.asleep + 1
             return self.asleep == 10
@@ -240,7 +240,7 @@ def look_around(screen, program, rows, delay, dark):
     program.start(SAMPLE_TOOL="lists", DELAY=str(delay), QT_SCALE_FACTOR=str(screen.scale),
                   **({"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"} if dark else {}))
     main = until("the main window comes", lambda: screen.window(450, 280))
-    bar = main.top - screen.windows()[0].top
+    bar, = until("the windows stand", lambda: [main.top - found.top for found in screen.windows() if found.id == main.id])
     faults = [screen.fault()]
     for place, *keys in ((FIRST_ROW,), (SCAN,), (FIRST_ROW, "End"), (FIRST_ROW,), (MOUNT,), (FIRST_ROW, "Down", "Down"),
                          (MOUNT,), (FIRST_ROW, "Down", "Down"), (UNMOUNT,), (INFO,), (SETTINGS_TAB,), (DISKS_TAB,)):
