@@ -9,6 +9,17 @@ constexpr int kNameWidth = 58;
 
 }  // namespace
 
+Pairs InTurn(int times, const std::function<double()>& ours, const std::function<double()>& theirs) {
+  Pairs pairs;
+  ours();
+  theirs();
+  for (int i = 0; i < times; ++i) {
+    pairs.ours.push_back(ours());
+    pairs.theirs.push_back(theirs());
+  }
+  return pairs;
+}
+
 Spread SpreadOf(Figures figures) {
   std::sort(figures.begin(), figures.end());
   const std::size_t half = figures.size() / 2;

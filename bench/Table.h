@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,9 @@ struct Pairs {
   Figures ours;
   Figures theirs;
 };
+
+/// Takes both sides in turn, so many times after one turn that does not count.
+Pairs InTurn(int times, const std::function<double()>& ours, const std::function<double()>& theirs);
 
 struct Spread {
   double minimum, median, maximum;

@@ -17,6 +17,7 @@
 
 #include "bench/Clock.h"
 #include "bench/Command.h"
+#include "bench/LinuxTool.h"
 #include "bench/ListText.h"
 #include "bench/Table.h"
 
@@ -34,18 +35,6 @@ fs::path scratch;  // for files
 
 std::string Program(const char* name) {
   return folder / name;
-}
-
-/// Takes both sides in turn, so many times after one turn that does not count.
-Pairs InTurn(int times, const std::function<double()>& ours, const std::function<double()>& theirs) {
-  Pairs pairs;
-  ours();
-  theirs();
-  for (int i = 0; i < times; ++i) {
-    pairs.ours.push_back(ours());
-    pairs.theirs.push_back(theirs());
-  }
-  return pairs;
 }
 
 void SetRows(int rows) {
@@ -184,104 +173,8 @@ void LargeReports(Table& table) {
   table.Worst("report of 10 MB on the screen, slowest of five shapes", 1, "s", slowest);
 }
 
-/// Loop devices, each with an HFS volume or with zeros on it. They are detached while we hold them open, so
-/// they go with this process, however it ends.
-class LoopDevices {
- public:
-  ~LoopDevices() {
-    for (const int file : files_) close(file);
-  }
-
-  void GrowTo(std::size_t count, std::size_t volumes) {
-    while (files_.size() < count) {
-      const fs::path image = scratch / ("image" + std::to_string(files_.size()));
-      WriteImage(image, files_.size() < volumes);
-      const std::string node = FirstLine({"losetup", "--find", "--show", image});
-      files_.push_back(open(node.c_str(), O_RDONLY | O_CLOEXEC));
-      TimeOf({"losetup", "--detach", node});
-      fs::remove(image);
-    }
-    if (fs::exists("/run/udev/control")) TimeOf({"udevadm", "settle"});
-  }
-
-  static bool Possible() { return geteuid() == 0 && access("/dev/loop-control", R_OK | W_OK) == 0; }
-
- private:
-  static std::string FirstLine(const Words& command) {
-    const std::string text = TextFrom(command);
-    return text.substr(0, text.find('\n'));
-  }
-
-  static void WriteImage(const fs::path& path, bool volume) {
-    // All there is of the volume is the beginning of its header: version, block size and number of blocks.
-    std::string header(512, '\0');
-    header.replace(0, 4, std::string("H+\0\4", 4));
-    header.replace(40, 8, {'\0', '\0', '\x10', '\0', '\0', '\0', '\x13', '\0'});
-    std::ofstream file(path, std::ios::binary);
-    if (volume) file << std::string(1024, '\0') << header;
-    file.close();
-    fs::resize_file(path, 20'480'000);
-  }
-
-  std::vector<int> files_;
-};
-
-/// The identifiers of the HFS volumes in a list.
-Words HfsVolumes(const std::string& list) {
-  Words ids;
-  std::istringstream lines(list);
-  for (std::string line; std::getline(lines, line);)
-    if (line.find(" Apple_HFS ") != std::string::npos) ids.push_back(line.substr(line.rfind(' ') + 1));
-  return ids;
-}
-
-/// The turns of a ratio, ours and theirs by themselves: what they are taken on cannot change to and fro.
-Figures Times(int times, const Words& command) {
-  Figures figures;
-  TimeOf(command);
-  for (int i = 0; i < times; ++i) figures.push_back(TimeOf(command));
-  return figures;
-}
-
-void LinuxTool(Table& table) {
-  constexpr std::size_t kFew = 8, kMany = 300, kVolumes = 100;
-  const std::string tool = folder.parent_path() / "libexec/dravik/diskutil";
-  const Words list = {tool, "list"};
-  const Words lsblk = {"lsblk", "-J", "-o", "PARTTYPENAME,LABEL,SIZE,NAME,RM,TRAN"};
-  if (!fs::exists(tool)) return table.Without("Linux diskutil", "not built here");
-  const auto againstLsblk = [&](const std::string& devices) {
-    table.Ratio("Linux list / lsblk -J, " + devices, 0.8,
-                InTurn(
-                    51, [&] { return TimeOf(list); }, [&] { return TimeOf(lsblk); }));
-  };
-  if (!LoopDevices::Possible()) {
-    againstLsblk("the machine's own");
-    return table.Without("Linux diskutil with 300 devices", "only root can make them");
-  }
-
-  const std::string kind = fs::exists("/run/udev/data") ? " devices" : " devices, no udev database";
-  LoopDevices devices;
-  devices.GrowTo(kFew, kVolumes);
-  againstLsblk(std::to_string(kFew) + kind);
-  const Words info = {tool, "info", HfsVolumes(TextFrom(list)).at(0)};
-  const Figures few = Times(101, info);
-  devices.GrowTo(kMany, kVolumes);
-  againstLsblk(std::to_string(kMany) + kind);
-  table.Ratio("Linux info with 300 devices / with 8", 1.2, {Times(101, info), few});
-
-  const Words volumes = HfsVolumes(TextFrom(list));
-  Words loop = {Program("bench_spawn_loop"), tool, std::to_string(volumes.size())};
-  loop.insert(loop.end(), volumes.begin(), volumes.end());
-  const std::string path = std::getenv("PATH");
-  setenv("PATH", (fs::path(tool).parent_path().string() + ":" + path).c_str(), 1);
-  table.Ratio("scan of 100 HFS volumes, Linux diskutil / its commands", 1.10,
-              InTurn(
-                  11,
-                  [] {
-                    return NumberFrom({Program("../bin/dravik"), "scan"});
-                  },
-                  [&] { return NumberFrom(loop); }));
-  setenv("PATH", path.c_str(), 1);
+void LinuxDiskutil(Table& table) {
+  LinuxTool(table, folder, scratch);
 }
 
 struct Part {
@@ -292,7 +185,7 @@ struct Part {
 constexpr std::array kParts{
     Part{"text", SplitAndFilter},  Part{"linear", Linearity},    Part{"scan", Scan},
     Part{"rows", CostOfRows},      Part{"start", Start},         Part{"memory", Memory},
-    Part{"clicks", ClicksInAHang}, Part{"report", LargeReports}, Part{"tool", LinuxTool}};
+    Part{"clicks", ClicksInAHang}, Part{"report", LargeReports}, Part{"tool", LinuxDiskutil}};
 
 }  // namespace
 
