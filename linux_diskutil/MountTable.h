@@ -1,12 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "linux_diskutil/Device.h"
-
-struct libmnt_table;
 
 namespace diskutil {
 
@@ -20,7 +18,8 @@ struct Mount {
 };
 
 /// The kernel's table of mounts at the moment of its making. What it says is the truth about a volume: not
-/// the answer of the service that was asked to mount it.
+/// the answer of the service that was asked to mount it. We read it ourselves: libmount, with the libraries
+/// it brings along, made every `info` take 1.26 times as long.
 class MountTable {
  public:
   /// Throws std::system_error when the kernel's table cannot be read.
@@ -33,10 +32,16 @@ class MountTable {
   int Count(const Device& device) const;
 
  private:
-  struct Unref {
-    void operator()(libmnt_table* table) const;
+  // A line of the table.
+  struct Entry {
+    dev_t number = 0;
+    std::string point, options, fsType, source, fsOptions;
   };
-  std::unique_ptr<libmnt_table, Unref> table_;
+
+  template <typename Use>
+  void ForEachMount(const Device& device, Use use) const;
+
+  std::vector<Entry> entries_;
 };
 
 }  // namespace diskutil
