@@ -23,7 +23,7 @@ using Requests = std::vector<std::string>;
 
 const unsigned long kBackup = makedev(8, 18);
 const std::string kError = "org.freedesktop.UDisks2.Error.";
-const std::string kMounted = "36 20 8:18 / /media/Backup rw,nosuid - hfsplus /dev/sdb2 rw\n";
+const std::string kMounted = "36 20 8:18 / /media/Backup rw - hfsplus /dev/sdb2 rw,errors=remount-ro\n";
 const std::string kMountedReadOnly = "36 20 8:18 / /media/Backup rw,nosuid - hfsplus /dev/sdb2 ro\n";
 const std::string kMountedAgain = "37 20 8:18 / /mnt rw - hfsplus /dev/sdb2 rw\n";
 // A user's own file system may call itself what it likes. A btrfs names one of its disks, the other one here.

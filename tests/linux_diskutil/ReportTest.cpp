@@ -54,7 +54,7 @@ TEST(Report, InfoTellsTheMountedStateInSpiteOfTheName) {
   EXPECT_EQ(hostile.substr(hostile.find("Mounted:") + 26, 3), "No\n");
   EXPECT_NE(hostile.find("   Read-Only Volume:         Yes\n"), std::string::npos);
 
-  bed.SetMounts("36 20 8:18 / /media/two\\040words\\012 rw,nosuid - hfsplus /dev/sdb2 ro,umask=22\n");
+  bed.SetMounts("36 20 8:18 / /media/two\\040words\\012 rw shared:7 - hfsplus /dev/sdb2 umask=22,ro\n");
   const Outcome info = Diskutil({"info", "disk", "of 120.5 GB", "/dev/disk7s2"});
   EXPECT_EQ(info.status, 0);
   EXPECT_EQ(info.text, TestData("info.txt"));
