@@ -43,10 +43,11 @@ class Speaker final : public QObject, public QAccessible::ActivationObserver {
     ++times_;
     if (connected_)
       new Notice(window, text);
-    else if (listening_ || Starting())
+    else if (Hears())
       kept_.push_back({&window, text});
   }
   int Times() const { return times_; }
+  bool Hears() const { return listening_ || Starting(); }
 
   void accessibilityActiveChanged(bool active) override {
     listening_ = active;
@@ -177,6 +178,10 @@ void InstallAccessibility() {
 
 void Say(QWidget& window, const QString& text) {
   TheSpeaker().Say(window, text);
+}
+
+bool SomebodyHears() {
+  return TheSpeaker().Hears();
 }
 
 int TimesSaid() {

@@ -69,7 +69,8 @@ void WindowView::CopyParts() {
   CopyControls();
   CopyShown();
   copying_ = false;
-  if (owner_ && isVisible() && testAttribute(Qt::WA_ShowWithoutActivating)) voice_.SayWords(*owner_, Words());
+  const bool speaks = owner_ && isVisible() && testAttribute(Qt::WA_ShowWithoutActivating);
+  if (speaks && SomebodyHears()) voice_.SayWords(*owner_, Words());
 }
 
 QString WindowView::Words() const {
