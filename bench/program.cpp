@@ -15,6 +15,7 @@
 #include "bench/Probe.h"
 #include "disktool/scanTheBus.h"
 #include "framework/Application.h"
+#include "framework/Callback.h"
 #include "framework/EventLoop.h"
 #include "windows/Window1.h"
 

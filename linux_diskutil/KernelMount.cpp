@@ -1,11 +1,13 @@
 #include "linux_diskutil/KernelMount.h"
 
-#include <sys/mount.h>
+#include <libmount/libmount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -13,6 +15,20 @@
 
 namespace diskutil {
 namespace {
+
+struct FreeContext {
+  void operator()(libmnt_context* context) const { mnt_free_context(context); }
+};
+using Context = std::unique_ptr<libmnt_context, FreeContext>;
+
+Context MakeContext() {
+  Context context(mnt_new_context());
+  if (!context) throw std::bad_alloc();
+  mnt_context_disable_helpers(context.get(), 1);
+  mnt_context_disable_mtab(context.get(), 1);
+  mnt_context_disable_canonicalize(context.get(), 1);
+  return context;
+}
 
 Failure FromError(int error) {
   switch (error) {
@@ -30,6 +46,13 @@ Failure FromError(int error) {
   }
 }
 
+MaybeFailure FailureOf(const Context& context, int result) {
+  if (result == 0) return std::nullopt;
+  if (mnt_context_syscall_called(context.get()))
+    return FromError(mnt_context_get_syscall_errno(context.get()));
+  return FromError(result < 0 ? -result : EINVAL);
+}
+
 constexpr std::string_view kFolder = "/media/";
 
 }  // namespace
@@ -41,23 +64,21 @@ MountAttempt KernelMount(const Device& device) {
   rmdir(point.c_str());  // Left over from a volume that was pulled out: goes only if it is empty and unused.
   if (mkdir(point.c_str(), 0700) != 0) return {FromError(errno)};
 
-  const auto attempt = [&](unsigned long flags) {
-    return mount(device.node.c_str(), point.c_str(), device.fsType.c_str(), MS_NOSUID | MS_NODEV | flags,
-                 nullptr) == 0;
-  };
-  // The kernel refuses to mount a write-protected disk for writing, and does not make do with reading by
-  // itself.
-  if (attempt(0) || ((errno == EROFS || errno == EACCES) && attempt(MS_RDONLY))) {
-    return {std::nullopt, std::move(point)};
-  }
-  MaybeFailure failure = FromError(errno);
+  const Context context = MakeContext();
+  mnt_context_set_source(context.get(), device.node.c_str());
+  mnt_context_set_target(context.get(), point.c_str());
+  mnt_context_set_fstype(context.get(), device.fsType.c_str());
+  mnt_context_set_options(context.get(), "nosuid,nodev");
+  MaybeFailure failure = FailureOf(context, mnt_context_mount(context.get()));
+  if (!failure) return {std::nullopt, std::move(point)};
   rmdir(point.c_str());
   return {std::move(failure)};
 }
 
 MaybeFailure KernelUnmount(const std::string& mountPoint) {
-  if (umount2(mountPoint.c_str(), UMOUNT_NOFOLLOW) == 0) return std::nullopt;
-  return FromError(errno);
+  const Context context = MakeContext();
+  mnt_context_set_target(context.get(), mountPoint.c_str());
+  return FailureOf(context, mnt_context_umount(context.get()));
 }
 
 void RemoveKernelMountPoint(const std::string& mountPoint) {

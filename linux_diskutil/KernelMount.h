@@ -7,7 +7,7 @@
 
 namespace diskutil {
 
-/// Mounts and unmounts without UDisks2. Needs root. Starts no mount helper and never
+/// Mounts and unmounts without UDisks2, through libmount. Needs root. Starts no mount helper and never
 /// forces. There is no time limit here: the kernel does not let go of a mount that has begun. The caller
 /// makes sure that the device's name still belongs to the disk that is meant.
 

@@ -1,18 +1,17 @@
 #include "linux_diskutil/MountTable.h"
 
+#include <libmount/libmount.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <stdexcept>
-#include <string>
 #include <string_view>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include "linux_diskutil/PrintableText.h"
@@ -51,101 +50,68 @@ Numbers BtrfsMembers(dev_t device) {
   return {};
 }
 
-// Takes a field off the front of a line. The kernel writes a blank in it, and what else would break the line,
-// as a backslash and three octal digits.
-std::string TakeField(std::string_view& line) {
-  const std::string_view field = line.substr(0, line.find(' '));
-  line.remove_prefix(std::min(field.size() + 1, line.size()));
-  std::string text;
-  for (std::size_t i = 0; i < field.size(); ++i) {
-    unsigned value = 0;
-    const char* digits = field.data() + i + 1;
-    if (field[i] == '\\' && i + 3 < field.size() &&
-        std::from_chars(digits, digits + 3, value, 8).ptr == digits + 3) {
-      text += static_cast<char>(value);
-      i += 3;
-    } else {
-      text += field[i];
-    }
-  }
-  return text;
-}
-
-// "8:18", or 0 for anything else.
-dev_t DeviceNumber(std::string_view text) {
-  unsigned major = 0;
-  unsigned minor = 0;
-  const char* end = text.data() + text.size();
-  const auto colon = std::from_chars(text.data(), end, major).ptr;
-  if (colon == end || *colon != ':' || std::from_chars(colon + 1, end, minor).ptr != end) return 0;
-  return makedev(major, minor);
-}
-
-// Options stand in a row, parted by commas.
-bool HasOption(const std::string& options, const std::string& option) {
-  return ("," + options + ",").find("," + option + ",") != std::string::npos;
-}
-
 // The device of a btrfs that its mount names: one of them, whichever was meant when it was mounted. 0 for any
 // other mount. A btrfs has a device number of its own. Nobody but the kernel writes the source of one, while
 // a user may put any text there for a file system that runs in a program of his.
-dev_t BtrfsSource(const std::string& fsType, const std::string& source) {
+dev_t BtrfsSource(libmnt_fs* fs) {
+  const char* type = mnt_fs_get_fstype(fs);
+  const char* source = mnt_fs_get_srcpath(fs);
   struct stat status {};
-  if (fsType != "btrfs") return 0;
-  return stat(source.c_str(), &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
+  if (!type || std::string_view(type) != "btrfs" || !source) return 0;
+  return stat(source, &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
 }
 
-}  // namespace
-
-// A line: "36 20 8:18 / /media/Backup rw,nosuid shared:7 - hfsplus /dev/sdb2 ro,umask=22". Before the dash
-// stand none or more fields that say nothing to us.
-MountTable::MountTable() {
-  const char* path = "/proc/self/mountinfo";
-  errno = 0;
-  std::ifstream file(path);
-  for (std::string text; std::getline(file, text);) {
-    std::string_view line = text;
-    Entry entry;
-    for (int ours = 0; ours < 2; ++ours) TakeField(line);
-    entry.number = DeviceNumber(TakeField(line));
-    TakeField(line);
-    entry.point = TakeField(line);
-    entry.options = TakeField(line);
-    while (!line.empty() && TakeField(line) != "-") continue;
-    entry.fsType = TakeField(line);
-    entry.source = TakeField(line);
-    entry.fsOptions = TakeField(line);
-    entries_.push_back(std::move(entry));
+// A volume that the file system itself will not write to (journaled, damaged) says so in its own options
+// only.
+bool IsReadOnly(libmnt_fs* fs) {
+  for (const char* options : {mnt_fs_get_vfs_options(fs), mnt_fs_get_fs_options(fs)}) {
+    if (options && mnt_optstr_get_option(options, "ro", nullptr, nullptr) == 0) return true;
   }
-  if (!file.eof()) throw std::system_error(errno, std::generic_category(), "Could not read the mount table");
+  return false;
 }
+
+struct FreeIterator {
+  void operator()(libmnt_iter* iterator) const { mnt_free_iter(iterator); }
+};
 
 // Calls `use` with each mount of the device, the oldest first, and with the device that the mount goes by,
 // until it returns false.
 template <typename Use>
-void MountTable::ForEachMount(const Device& device, Use use) const {
+void ForEachMount(libmnt_table* table, const Device& device, Use use) {
+  const std::unique_ptr<libmnt_iter, FreeIterator> iterator(mnt_new_iter(MNT_ITER_FORWARD));
+  if (!iterator) throw std::bad_alloc();
   std::optional<Numbers> members;  // read when there is a btrfs
-  for (const Entry& entry : entries_) {
-    dev_t number = entry.number;
-    if (const dev_t source = BtrfsSource(entry.fsType, entry.source)) {
+  libmnt_fs* fs = nullptr;
+  while (mnt_table_next_fs(table, iterator.get(), &fs) == 0) {
+    dev_t number = mnt_fs_get_devno(fs);
+    if (const dev_t source = BtrfsSource(fs)) {
       if (!members) members = BtrfsMembers(device.number);
       if (std::ranges::find(*members, source) == members->end()) continue;
       number = source;
     } else if (number != device.number) {
       continue;
     }
-    if (!use(entry, number)) break;
+    if (!use(fs, number)) break;
   }
+}
+
+}  // namespace
+
+void MountTable::Unref::operator()(libmnt_table* table) const {
+  mnt_unref_table(table);
+}
+
+MountTable::MountTable() : table_(mnt_new_table_from_file("/proc/self/mountinfo")) {
+  if (!table_) throw std::system_error(errno, std::generic_category(), "Could not read the mount table");
 }
 
 std::optional<Mount> MountTable::Find(const Device& device) const {
   std::optional<Mount> found;
-  ForEachMount(device, [&](const Entry& entry, dev_t number) {
-    const auto top = std::ranges::find(entries_.rbegin(), entries_.rend(), entry.point, &Entry::point);
-    // A volume that the file system itself will not write to (journaled, damaged) says so in its own options
-    // only.
-    const bool readOnly = HasOption(entry.options, "ro") || HasOption(entry.fsOptions, "ro");
-    found = Mount{entry.point, PrintableText(entry.point), number, readOnly, &*top != &entry};
+  ForEachMount(table_.get(), device, [&](libmnt_fs* fs, dev_t number) {
+    const char* target = mnt_fs_get_target(fs);
+    if (!target) return true;
+    const bool covered = mnt_table_find_target(table_.get(), target, MNT_ITER_BACKWARD) != fs;
+    found = Mount{target, PrintableText(target), number, IsReadOnly(fs), covered};
     return false;
   });
   return found;
@@ -153,7 +119,7 @@ std::optional<Mount> MountTable::Find(const Device& device) const {
 
 int MountTable::Count(const Device& device) const {
   int count = 0;
-  ForEachMount(device, [&](const Entry&, dev_t) {
+  ForEachMount(table_.get(), device, [&](libmnt_fs*, dev_t) {
     ++count;
     return true;
   });

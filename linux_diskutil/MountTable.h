@@ -1,10 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "linux_diskutil/Device.h"
+
+struct libmnt_table;
 
 namespace diskutil {
 
@@ -18,8 +20,7 @@ struct Mount {
 };
 
 /// The kernel's table of mounts at the moment of its making. What it says is the truth about a volume: not
-/// the answer of the service that was asked to mount it. We read it ourselves: libmount, with the libraries
-/// it brings along, made every `info` take 1.26 times as long.
+/// the answer of the service that was asked to mount it.
 class MountTable {
  public:
   /// Throws std::system_error when the kernel's table cannot be read.
@@ -32,16 +33,10 @@ class MountTable {
   int Count(const Device& device) const;
 
  private:
-  // A line of the table.
-  struct Entry {
-    dev_t number = 0;
-    std::string point, options, fsType, source, fsOptions;
+  struct Unref {
+    void operator()(libmnt_table* table) const;
   };
-
-  template <typename Use>
-  void ForEachMount(const Device& device, Use use) const;
-
-  std::vector<Entry> entries_;
+  std::unique_ptr<libmnt_table, Unref> table_;
 };
 
 }  // namespace diskutil
