@@ -114,7 +114,7 @@ std::string FolderOf(const std::string& name) {
 std::uint64_t KernelNumber(const std::string& folder, const char* attribute) {
   const FileDescriptor file = OpenForReading(folder + "/" + attribute);
   std::array<char, 24> text{};
-  const ssize_t length = file ? read(file.Number(), text.data(), text.size()) : 0;
+  const ssize_t length = file ? TEMP_FAILURE_RETRY(read(file.Number(), text.data(), text.size())) : 0;
   if (length < 0) ThrowIfExhausted(folder);
   return length > 0 ? Number({text.data(), static_cast<std::size_t>(length)}) : 0;
 }

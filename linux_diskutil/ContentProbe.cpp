@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -44,13 +45,15 @@ void ProbeContent(const FileDescriptor& file, Device& device) {
   AskForBothEnds(file, static_cast<off_t>(device.bytes));
   const Probe probe(blkid_new_probe());
   if (!probe) throw std::bad_alloc();
-  if (blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return;
+  errno = 0;
+  if (blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return ThrowIfExhausted(device.node);
   blkid_probe_enable_superblocks(probe.get(), 1);
   blkid_probe_set_superblocks_flags(
       probe.get(), BLKID_SUBLKS_TYPE | BLKID_SUBLKS_USAGE | BLKID_SUBLKS_LABEL | BLKID_SUBLKS_UUID);
   blkid_probe_enable_partitions(probe.get(), 1);
   blkid_probe_set_partitions_flags(probe.get(), BLKID_PARTS_ENTRY_DETAILS);
-  if (blkid_do_safeprobe(probe.get()) != 0) return;
+  errno = 0;
+  if (blkid_do_safeprobe(probe.get()) != 0) return ThrowIfExhausted(device.node);
   device.tableType = Value(probe, "PTTYPE");
   device.entryScheme = Value(probe, "PART_ENTRY_SCHEME");
   device.entryType = Value(probe, "PART_ENTRY_TYPE");
@@ -63,10 +66,9 @@ void ProbeContent(const FileDescriptor& file, Device& device) {
 CaseRule ReadCaseRule(const FileDescriptor& file) {
   constexpr off_t kVolumeHeader = 1024;
   std::array<char, 2> signature{};
-  if (pread(file.Number(), signature.data(), signature.size(), kVolumeHeader) !=
-      static_cast<ssize_t>(signature.size())) {
-    return CaseRule::kInsensitive;
-  }
+  const ssize_t length =
+      TEMP_FAILURE_RETRY(pread(file.Number(), signature.data(), signature.size(), kVolumeHeader));
+  if (length < 0) ThrowIfExhausted("the device");
   return std::string_view(signature.data(), signature.size()) == "HX" ? CaseRule::kSensitive
                                                                       : CaseRule::kInsensitive;
 }

@@ -1,13 +1,9 @@
 #include "linux_diskutil/Devices.h"
 
-#include <dirent.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <filesystem>
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -16,6 +12,7 @@
 #include "linux_diskutil/BlockDevice.h"
 #include "linux_diskutil/ContentProbe.h"
 #include "linux_diskutil/FileDescriptor.h"
+#include "linux_diskutil/Folder.h"
 #include "linux_diskutil/PartitionTypes.h"
 
 namespace diskutil {
@@ -52,10 +49,9 @@ std::string PartitionName(std::string_view disk, std::uint32_t partition) {
 std::vector<BlockDevice> Enumerate() {
   const BlockDeviceReader reader;
   std::vector<BlockDevice> all;
-  for (const auto& entry : std::filesystem::directory_iterator(kBlockDevices)) {
-    const std::string name = entry.path().filename();
-    if (IsMainMemory(name)) continue;
-    if (auto found = reader.Read(name)) all.push_back(std::move(*found));
+  for (const FolderEntry& entry : ReadFolder(kBlockDevices)) {
+    if (IsMainMemory(entry.name)) continue;
+    if (auto found = reader.Read(entry.name)) all.push_back(std::move(*found));
   }
 
   std::map<std::string_view, const Device*> disks;
@@ -85,24 +81,6 @@ std::uint64_t SequenceOf(const std::string& name) {
   return KernelNumber(std::string(kBlockDevices) + "/" + name, "diskseq");
 }
 
-// The kernel's names of all disks, in the order in which it met them: so it numbered their entries here.
-std::vector<std::string> DisksByAge() {
-  struct Close {
-    void operator()(DIR* folder) const { closedir(folder); }
-  };
-  const std::unique_ptr<DIR, Close> folder(opendir("/sys/block"));
-  std::vector<std::pair<ino_t, std::string>> entries;
-  errno = folder ? 0 : errno;
-  while (const dirent* entry = folder ? readdir(folder.get()) : nullptr) {
-    if (entry->d_name[0] != '.') entries.emplace_back(entry->d_ino, entry->d_name);
-  }
-  if (errno != 0) throw std::system_error(errno, std::generic_category(), "Could not read /sys/block");
-  std::ranges::sort(entries);
-  std::vector<std::string> names;
-  for (auto& entry : entries) names.push_back(std::move(entry.second));
-  return names;
-}
-
 // The kernel's name of the disk with this sequence number, or nothing. udev's link may be old or missing (it
 // makes them since version 251): the kernel's number decides. Without a link we look where the disk should
 // stand among the others. It stands elsewhere when its medium was changed, which gives it a new number; then
@@ -113,16 +91,20 @@ std::string DiskName(std::uint64_t sequence) {
   std::string name = std::filesystem::read_symlink(link, failed).filename();
   if (!name.empty() && SequenceOf(name) == sequence) return name;
 
-  const auto disks = DisksByAge();
+  // In the order in which the kernel met them: so it numbered their entries here.
+  auto disks = ReadFolder("/sys/block");
+  std::ranges::sort(disks, {}, &FolderEntry::number);
   std::size_t first = 0;
   for (std::size_t last = disks.size(); first < last;) {
     const std::size_t middle = first + (last - first) / 2;
-    const std::uint64_t found = SequenceOf(disks[middle]);
-    if (found == sequence) return disks[middle];
+    const std::uint64_t found = SequenceOf(disks[middle].name);
+    if (found == sequence) return disks[middle].name;
     (found < sequence ? first : last) = found < sequence ? middle + 1 : middle;
   }
-  const auto disk = std::ranges::find(disks, sequence, SequenceOf);
-  return disk != disks.end() ? *disk : "";
+  for (const FolderEntry& disk : disks) {
+    if (SequenceOf(disk.name) == sequence) return disk.name;
+  }
+  return {};
 }
 
 // Adds what only the device itself can tell. Opens it once, or not at all. One that may not be read adds

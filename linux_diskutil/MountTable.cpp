@@ -6,14 +6,15 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <fstream>
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
+#include "linux_diskutil/Folder.h"
 #include "linux_diskutil/PrintableText.h"
 
 namespace diskutil {
@@ -21,27 +22,19 @@ namespace {
 
 using Numbers = std::vector<dev_t>;
 
-// The entries of a folder of the kernel's, none when there is no such folder.
-std::filesystem::directory_iterator Entries(const std::filesystem::path& folder) {
-  std::error_code error;
-  std::filesystem::directory_iterator entries(folder, error);
-  if (error && error != std::errc::no_such_file_or_directory) {
-    throw std::system_error(error, "Could not read " + folder.string());
-  }
-  return entries;
-}
-
 // All devices of the mounted btrfs that the device is one of. None when there is no such btrfs.
 Numbers BtrfsMembers(dev_t device) {
-  for (const auto& btrfs : Entries("/sys/fs/btrfs")) {
+  const std::string all = "/sys/fs/btrfs/";
+  for (const FolderEntry& btrfs : ReadFolder(all)) {
     Numbers members;
-    for (const auto& member : Entries(btrfs.path() / "devices")) {
+    const std::string devices = all + btrfs.name + "/devices/";
+    for (const FolderEntry& member : ReadFolder(devices)) {
       unsigned major = 0;
       unsigned minor = 0;
       char colon = 0;
-      std::ifstream file(member.path() / "dev");
+      std::ifstream file(devices + member.name + "/dev");
       if (!(file >> major >> colon >> minor)) {
-        throw std::runtime_error("Could not read " + member.path().string());
+        throw std::runtime_error("Could not read " + devices + member.name);
       }
       members.push_back(makedev(major, minor));
     }

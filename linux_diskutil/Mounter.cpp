@@ -44,7 +44,7 @@ bool KernelKnows(const std::string& fsType) {
   for (std::string line; std::getline(list, line);) {
     if (std::string_view(line).substr(line.rfind('\t') + 1) == fsType) return true;
   }
-  return !list.is_open();
+  return !list.is_open() || list.bad();
 }
 
 std::string Reason(const Failure& failure, const Device& device) {

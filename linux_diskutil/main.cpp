@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,7 @@ bool Write(int file, std::string_view text) {
 
 }  // namespace
 
-int main(int count, char** words) {
+int main(int count, char** words) try {
   if (!CleanStart()) {
     Write(STDERR_FILENO, std::string("Could not open /dev/null: ") + std::strerror(errno) + "\n");
     return 1;
@@ -38,5 +39,9 @@ int main(int count, char** words) {
   // Some file systems tell only at the close that they had no room.
   if (Write(STDOUT_FILENO, outcome.text) && close(STDOUT_FILENO) == 0) return 0;
   Write(STDERR_FILENO, std::string("Could not write the result: ") + std::strerror(errno) + "\n");
+  return 1;
+} catch (const std::exception& error) {  // no memory, not even for the words
+  Write(STDERR_FILENO, error.what());
+  Write(STDERR_FILENO, "\n");
   return 1;
 }

@@ -3,21 +3,20 @@
 // memory, with each error it can have, until a run goes through. However it fails, a session ends by itself,
 // leaves no half of a settings file, and says something where its outcome is another one.
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/eventfd.h>
-#include <sys/mman.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include <cstring>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <new>
-#include <span>
 
 #include "app/Startup.h"
 #include "framework/Application.h"
@@ -25,53 +24,16 @@
 #include "framework/EventLoop.h"
 #include "framework/Menus.h"
 #include "framework/Toolkit.h"
+#include "tests/faults/Faults.h"
 #include "windows/Window1.h"
 #include "windows/Window3.h"
 
-namespace {
+using faults::Spare;
 
-/// What a session shares with the process that watches it.
-struct Shared {
-  int wanted = 0;         // the number of the call that is to fail,
-  std::size_t error = 0;  // and with which of its errors
-  std::atomic<int> calls = 0;
-  const char* struck = nullptr;  // the call that failed,
-  std::size_t errors = 1;        // how many errors it can have,
-  int code = 0;                  // and the one it had
-};
-Shared* shared = nullptr;
-std::atomic<bool> armed = false;
-thread_local int spared = 0;  // while the test itself is at work
-
-struct Spare {
-  Spare() { ++spared; }
-  ~Spare() { --spared; }
-};
-
-int Strike(const char* call, std::span<const int> errors) {
-  if (!armed || spared > 0 || ++shared->calls != shared->wanted) return 0;
-  shared->struck = call;
-  shared->errors = errors.size();
-  return shared->code = errors[std::min(shared->error, errors.size() - 1)];
-}
-
-}  // namespace
-
-// Stands in for a call of the system, also for libraries. `failure` is what it returns when it fails with
-// `error`.
 // clang-format off
-#define CALL(type, failure, name, parameters, arguments, ...)                                            \
-  extern "C" type Call_##name parameters __asm__(#name);                                                 \
-  extern "C" type Call_##name parameters {                                                               \
-    static const auto real = reinterpret_cast<type(*) parameters>(                               \
-        dlsym(RTLD_NEXT, #name[0] == '_' ? &#name[7] : #name));                                          \
-    static constexpr int kErrors[] = {__VA_ARGS__};                                                      \
-    const int error = Strike(#name, kErrors);                                                            \
-    return error == 0 ? real arguments : (errno = error, static_cast<type>(failure));                    \
-  }
-CALL(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode), EMFILE, EIO, EACCES)
+CALL(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode), EMFILE, ENFILE, EIO, EACCES)
 CALL(ssize_t, -1, read, (int file, void* to, size_t size), (file, to, size), EIO, EINTR)
-CALL(ssize_t, -1, pread, (int file, void* to, size_t size, off_t at), (file, to, size, at), EIO)
+CALL(ssize_t, -1, pread, (int file, void* to, size_t size, off_t at), (file, to, size, at), EIO, EINTR)
 CALL(ssize_t, -1, write, (int file, const void* from, size_t size), (file, from, size), EIO, EINTR)
 CALL(ssize_t, -1, pwrite, (int file, const void* from, size_t size, off_t at), (file, from, size, at), EIO, ENOSPC, EINTR)
 CALL(int, -1, ftruncate, (int file, off_t size), (file, size), EIO)
@@ -181,41 +143,10 @@ const char* const kTool = R"(#!/bin/sh
 [ $1 != mount ] || exit 3
 )";
 
-std::string TextOf(const char* name) {
-  std::ifstream file(name);
+std::string Preferences() {
+  std::ifstream file("Dravik.prefs");
   return {std::istreambuf_iterator<char>(file), {}};
 }
-
-struct Session {
-  int status = 0;
-  std::string shown, told, preferences;
-
-  /// Runs in a process of its own, in the current folder.
-  Session(int call, std::size_t error) {
-    new (shared) Shared{.wanted = call, .error = error};
-    std::ofstream("Dravik.prefs") << kPreferences;
-    const pid_t child = fork();
-    if (child == 0) {
-      if (!std::freopen("shown", "w", stdout) || !std::freopen("told", "w", stderr)) std::abort();
-      alarm(10);  // what takes longer hangs
-      armed = true;
-      const int result = _Main(0, nullptr);
-      armed = false;
-      std::exit(result);
-    }
-    waitpid(child, &status, 0);
-    while (wait(nullptr) > 0) continue;  // what it left behind comes to us, and has to end
-    shown = TextOf("shown"), told = TextOf("told"), preferences = TextOf("Dravik.prefs");
-  }
-
-  const char* WhatIsWrong(const Session& good) const {
-    if (!WIFEXITED(status)) return WTERMSIG(status) == SIGALRM ? "it hangs" : "it crashes";
-    if (std::ranges::count(preferences, '\n') != 9) return "the settings are torn";
-    const bool same = shown == good.shown && preferences == good.preferences;
-    if (!same && told == good.told) return "nobody is told";
-    return shared->code == EINTR && !same ? "an interruption is no error" : nullptr;
-  }
-};
 
 }  // namespace
 
@@ -224,9 +155,6 @@ std::unique_ptr<Toolkit> Toolkit::Make(int&, char**) {
 }
 
 int main() {
-  prctl(PR_SET_CHILD_SUBREAPER, 1);
-  shared = static_cast<Shared*>(
-      mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   std::string home = std::filesystem::temp_directory_path() / "dravik-faults-XXXXXX";
   if (!mkdtemp(home.data())) return 1;
   std::filesystem::current_path(home);
@@ -235,20 +163,17 @@ int main() {
   setenv("PATH", home.c_str(), 1);
   setenv("XDG_CONFIG_HOME", home.c_str(), 1);
 
-  const Session good(-1, 0);
-  int points = 0, faults = 0;
-  std::size_t error = 0;
-  for (int call = 1;; ++points) {
-    const Session session(call, error);
-    if (!shared->struck) break;
-    if (const char* wrong = session.WhatIsWrong(good); wrong && ++faults) {
-      std::printf("%s when call %d, %s, fails: %s\n%s", wrong, call, shared->struck,
-                  std::strerror(shared->code), session.told.c_str());
-      std::fflush(stdout);
-    }
-    if (++error >= shared->errors) ++call, error = 0;
-  }
+  const auto play = [] {
+    const int status = _Main(0, nullptr);
+    (Spare(), std::puts(Preferences().c_str()));
+    return status;
+  };
+  const auto judge = [](const faults::Run& good, const faults::Run& run) {
+    const bool torn = std::ranges::count(Preferences(), '\n') != 9;
+    return WIFEXITED(run.Status) && torn ? "the settings are torn" : run.WhatIsWrong(good);
+  };
+  const auto prepare = [] { std::ofstream("Dravik.prefs") << kPreferences; };
+  const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 300);
   std::filesystem::remove_all(home);
-  std::printf("%d points of failure, %d faults\n", points, faults);
-  return good.status != 0 || points < 300 || faults > 0 ? 1 : 0;
+  return passed ? 0 : 1;
 }

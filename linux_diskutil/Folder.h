@@ -1,0 +1,20 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace diskutil {
+
+struct FolderEntry {
+  ino_t number;
+  std::string name;
+};
+
+/// What is in a folder of the kernel's, in no order; nothing where there is no such folder. Throws
+/// std::system_error when it cannot be read. The standard library's iterator would end the process where
+/// there is no memory left.
+std::vector<FolderEntry> ReadFolder(const std::string& path);
+
+}  // namespace diskutil

@@ -1,0 +1,94 @@
+#include "tests/faults/Faults.h"
+
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <new>
+
+namespace faults {
+namespace {
+
+/// What a session shares with the process that watches it.
+struct Shared {
+  int wanted = 0;         // the number of the call that is to fail,
+  std::size_t error = 0;  // and with which of its errors
+  std::atomic<int> calls = 0;
+  const char* struck = nullptr;  // the call that failed,
+  std::size_t errors = 1;        // how many errors it can have,
+  int code = 0;                  // and the one it had
+};
+Shared* shared = nullptr;
+
+std::string TextOf(const char* name) {
+  std::ifstream file(name);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// What the session leaves behind comes to us, and has to end.
+Run RunOnce(const Session& session, int call, std::size_t error) {
+  session.Prepare();
+  new (shared) Shared{.wanted = call, .error = error};
+  std::fflush(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    if (!std::freopen("shown", "w", stdout) || !std::freopen("told", "w", stderr)) std::abort();
+    alarm(10);  // what takes longer hangs
+    armed = true;
+    const int result = session.Play();
+    armed = false;
+    std::exit(result);
+  }
+  Run run;
+  waitpid(child, &run.Status, 0);
+  while (wait(nullptr) > 0) continue;
+  run.Shown = TextOf("shown"), run.Told = TextOf("told");
+  run.Struck = shared->struck, run.Code = shared->code;
+  return run;
+}
+
+}  // namespace
+
+int Strike(const char* call, std::span<const int> errors) {
+  if (!armed || spared > 0 || ++shared->calls != shared->wanted) return 0;
+  shared->struck = call;
+  shared->errors = errors.size();
+  return shared->code = errors[std::min(shared->error, errors.size() - 1)];
+}
+
+const char* Run::WhatIsWrong(const Run& good) const {
+  if (!WIFEXITED(Status)) return WTERMSIG(Status) == SIGALRM ? "it hangs" : "it crashes";
+  if (Shown != good.Shown && Told == good.Told) return "nobody is told";
+  return Shown != good.Shown && Code == EINTR ? "an interruption is no error" : nullptr;
+}
+
+bool FailEachCall(const Session& session, int least) {
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
+  if (!shared) {
+    shared = static_cast<Shared*>(
+        mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+  }
+  const Run good = RunOnce(session, -1, 0);
+  int points = 0, faults = good.Status == 0 ? 0 : 1;
+  std::size_t error = 0;
+  for (int call = 1;; ++points) {
+    const Run run = RunOnce(session, call, error);
+    if (!run.Struck) break;
+    if (const char* wrong = session.Judge(good, run); wrong && ++faults) {
+      std::printf("%s: %s when call %d, %s, fails: %s\n%s", session.Name, wrong, call, run.Struck,
+                  std::strerror(run.Code), run.Told.c_str());
+    }
+    if (++error >= shared->errors) ++call, error = 0;
+  }
+  std::printf("%s: %d points of failure, %d faults\n%s", session.Name, points, faults, good.Told.c_str());
+  return points >= least && faults == 0;
+}
+
+}  // namespace faults

@@ -1,0 +1,95 @@
+// Every call that can fail, failed once, in our own diskutil over mocked disks and a mocked UDisks2. However
+// it fails, the tool ends by itself: with its whole result, or with a line that says why not.
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/uio.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "tests/faults/Faults.h"
+#include "tests/linux_diskutil/Testbed.h"
+#include "tests/linux_diskutil/UdisksMock.h"
+
+// What fails is the system. A device that goes away, and one that cannot be read, are no failures: they cost
+// the row at most, and other tests show it.
+// clang-format off
+CALL(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode), EMFILE, ENFILE, ENOMEM)
+CALL(int, -1, open64, (const char* path, int flags, mode_t mode), (path, flags, mode), EMFILE, ENFILE, ENOMEM)
+CALL(int, -1, openat, (int folder, const char* path, int flags, mode_t mode), (folder, path, flags, mode), EMFILE, ENFILE, ENOMEM)
+CALL(int, -1, openat64, (int folder, const char* path, int flags, mode_t mode), (folder, path, flags, mode), EMFILE, ENFILE, ENOMEM)
+CALL(FILE*, nullptr, fopen, (const char* path, const char* mode), (path, mode), EMFILE, ENFILE, ENOMEM)
+CALL(FILE*, nullptr, fopen64, (const char* path, const char* mode), (path, mode), EMFILE, ENFILE, ENOMEM)
+CALL(DIR*, nullptr, opendir, (const char* path), (path), EMFILE, ENFILE, ENOMEM)
+CALL(ssize_t, -1, __wrap_read, (int file, void* to, size_t size), (file, to, size), ENOMEM, EINTR)
+CALL(ssize_t, -1, read, (int file, void* to, size_t size), (file, to, size), ENOMEM)
+CALL(ssize_t, -1, __wrap_pread, (int file, void* to, size_t size, off_t at), (file, to, size, at), ENOMEM, EINTR)
+CALL(ssize_t, -1, write, (int file, const void* from, size_t size), (file, from, size), EIO, ENOSPC, EINTR)
+CALL(int, -1, stat, (const char* path, struct stat* to), (path, to), ENOMEM)
+CALL(ssize_t, -1, readlink, (const char* path, char* to, size_t size), (path, to, size), ENOMEM)
+CALL(int, -1, socket, (int domain, int type, int protocol), (domain, type, protocol), EMFILE, ENFILE, ENOMEM)
+CALL(int, -1, connect, (int file, const sockaddr* to, socklen_t size), (file, to, size), EAGAIN, ECONNREFUSED)
+CALL(ssize_t, -1, sendmsg, (int file, const msghdr* message, int flags), (file, message, flags), ENOBUFS, ECONNRESET)
+CALL(ssize_t, -1, recvmsg, (int file, msghdr* message, int flags), (file, message, flags), ENOMEM, ECONNRESET)
+CALL(int, -1, ppoll, (pollfd* files, nfds_t count, const timespec* wait, const sigset_t* signals), (files, count, wait, signals), ENOMEM)
+CALL(void*, nullptr, __wrap_malloc, (std::size_t size), (size), ENOMEM)
+void* operator new(std::size_t size) {
+  void* const made = std::malloc(size);
+  return made ? made : throw std::bad_alloc();
+}
+void operator delete(void* old) noexcept { std::free(old); }
+void operator delete(void* old, std::size_t) noexcept { std::free(old); }
+// clang-format on
+
+/// Nobody here is root, whose tool would mount without UDisks2.
+extern "C" uid_t geteuid() noexcept {
+  return 1000;
+}
+
+int DiskutilMain(int count, char** words);
+
+int main() {
+  const Testbed bed;
+  std::string home = std::filesystem::temp_directory_path() / "dravik-faults-XXXXXX";
+  if (!mkdtemp(home.data())) return 1;
+  std::filesystem::current_path(home);
+  bool passed = true;
+  for (const char* verb : {"list", "info", "mount", "unMount"}) {
+    const std::string mounted = "36 20 8:18 / /media/Backup rw - hfsplus /dev/sdb2 rw\n";
+    const bool isList = verb == std::string("list"), isMount = verb == std::string("mount");
+    std::unique_ptr<UdisksMock> service;
+    const auto prepare = [&] {
+      bed.SetMounts(isMount ? "" : mounted);
+      if (isList || verb == std::string("info")) return;
+      service.reset();
+      const UdisksMock::Answer done{"", [&] { bed.SetMounts(isMount ? mounted : ""); }};
+      service = std::make_unique<UdisksMock>(makedev(8, 18), std::deque{done});
+    };
+    const auto play = [&] {
+      std::string words[] = {"diskutil", verb, "disk7s2"};
+      char* pointers[] = {words[0].data(), words[1].data(), words[2].data()};
+      return DiskutilMain(isList ? 2 : 3, pointers);
+    };
+    const auto judge = [&](const faults::Run& good, const faults::Run& run) {
+      const bool saysDone = WIFEXITED(run.Status) && WEXITSTATUS(run.Status) == 0;
+      if (saysDone && run.Shown != good.Shown) return "half a result is called a whole one";
+      const bool canTell = !WIFEXITED(run.Status) || run.Struck != std::string("write");
+      return canTell ? run.WhatIsWrong(good) : nullptr;
+    };
+    passed &= faults::FailEachCall({verb, prepare, play, judge}, 200);
+  }
+  std::filesystem::remove_all(home);
+  return passed ? 0 : 1;
+}
