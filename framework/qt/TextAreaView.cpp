@@ -29,7 +29,6 @@ void TextAreaView::CopyOwn() {
   const QSignalBlocker blocker(this);
   setReadOnly(control_->ReadOnly);
   if (control_->ReadOnly) setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  setCursorWidth(control_->ReadOnly ? 0 : 1);
   setTabChangesFocus(!control_->AcceptTabs);
   setFrameShape(control_->Border ? QFrame::StyledPanel : QFrame::NoFrame);
   setVerticalScrollBarPolicy(control_->ScrollbarVertical ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
@@ -97,8 +96,17 @@ void TextAreaView::insertFromMimeData(const QMimeData* data) {
   ensureCursorVisible();
 }
 
+/// Where a text can be read by keyboard, Qt shows a caret: as the focus comes and with each key. It takes it
+/// away as a text ceases to be one to edit.
+void TextAreaView::HideCaret() {
+  const auto interaction = textInteractionFlags();
+  setTextInteractionFlags(Qt::TextEditorInteraction);
+  setTextInteractionFlags(interaction);
+}
+
 bool TextAreaView::event(QEvent* event) {
   const bool result = QPlainTextEdit::event(event);
+  if (isReadOnly() && (event->type() == QEvent::FocusIn || event->type() == QEvent::KeyPress)) HideCaret();
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
   if (event->type() == QEvent::Paint) PaintFocusRing(*this, rect());
   return result;

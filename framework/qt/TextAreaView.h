@@ -23,6 +23,7 @@ class TextAreaView final : public ViewOf<TextArea, QPlainTextEdit> {
   void CopyText();
   void CopyColors();
   void EstimateLines();
+  void HideCaret();
   void OnChange(int from, int removed, int added);
 
   String text_;  // as it was last set or typed
