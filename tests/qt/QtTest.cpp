@@ -86,9 +86,6 @@ class Screen : public ProgramFixture {
 
 TEST_F(Screen, ShowsTheTableAndTakesClicks) {
   RunAfterScan([&] {
-    EXPECT_TRUE(Cell(0, 3, Qt::FontRole).value<QFont>().bold());
-    EXPECT_TRUE(Cell(0, 1, Qt::TextAlignmentRole).value<Qt::Alignment>().testFlag(Qt::AlignRight));
-
     const int above = InWindow(Button("Scan")).top() - 226;  // the menu bar
     EXPECT_EQ(InWindow(List()), QRect(37, 75 + above, 379, 134));
     EXPECT_EQ(List()->window()->size(), QSize(450, 280 + above));
@@ -139,7 +136,7 @@ TEST_F(Screen, TakesOverANewLook) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return room() > usual && fits(); })) << "the menus are cut off";
     QApplication::setFont(font);
     EXPECT_TRUE(QTest::qWaitFor([&] { return room() == usual; }));
-    QApplication::setStyle(new RoomyStyle);
+    qApp->setStyleSheet("QMenuBar { padding: 9px }");  // a style of its own, for Qt
     EXPECT_TRUE(QTest::qWaitFor([&] { return room() > usual && fits(); }));
 
     Choose("AppleAbout");

@@ -7,7 +7,6 @@
 #include <QImage>
 #include <QLabel>
 #include <QMetaEnum>
-#include <QProxyStyle>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -58,12 +57,6 @@ inline void Click(QWidget* widget, QPoint place = {}) {
   ASSERT_TRUE(widget);
   QTest::mouseClick(widget, Qt::LeftButton, {}, place);
 }
-
-struct RoomyStyle final : QProxyStyle {
-  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-    return QProxyStyle::pixelMetric(metric, option, widget) + (metric == PM_MenuBarVMargin ? 9 : 0);
-  }
-};
 
 /// True for a text that is hardly to be told from what it stands on.
 inline bool IsFaint(const QLabel& label) {
