@@ -1,10 +1,7 @@
 #include "framework/qt/QtToolkit.h"
 
 #include <QDeadlineTimer>
-#include <QGridLayout>
-#include <QMessageBox>
 #include <QProcess>
-#include <QPushButton>
 #include <QScreen>
 #include <QSocketNotifier>
 #include <QWindow>
@@ -18,14 +15,12 @@
 #include "framework/EventLoop.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
-#include "framework/qt/Wayland.h"
+#include "framework/qt/MessageBox.h"
 
 namespace {
 
 constexpr int kWakeInterval = 33;    // milliseconds between two updates that other threads ask for
 constexpr int kPresentLimit = 1000;  // milliseconds
-
-constexpr int kMessageWidth = 260;  // pixels a message has at least
 
 constexpr QEventLoop::ProcessEventsFlags kAllButInput =
     QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents;
@@ -41,21 +36,6 @@ void HandleQtMessage(QtMsgType type, const QMessageLogContext& context, const QS
   }
   usualHandler(type, context, text);
   if (text.startsWith("The Wayland connection")) Application::DisplayHasGone();
-}
-
-class MessageBox final : public QMessageBox {
- protected:
-  bool event(QEvent* event) override {
-    const bool known = QMessageBox::event(event);
-    ObeyCompositor(*this, *event);
-    return known;
-  }
-};
-
-void CentreOn(QWidget& box, const QWidget& window) {
-  const QRect area = window.geometry();
-  box.adjustSize();
-  box.move(area.center() - box.rect().center());
 }
 
 /// An address that the desktop's opener cannot take for an option of its own.
@@ -120,7 +100,7 @@ void QtToolkit::RunLoop() {
 void QtToolkit::EndLoop() {
   ended_ = true;
   loop_.quit();
-  for (QMessageBox* box : messages_) box->done(QMessageBox::Ok);
+  for (MessageBox* box : messages_) box->done(MessageBox::Ok);
 }
 
 void QtToolkit::Wake() {
@@ -204,18 +184,8 @@ void QtToolkit::Present(Window& window) {
 }
 
 void QtToolkit::ShowMessage(const String& text) {
-  MessageBox box;
-  box.setTextFormat(Qt::PlainText);
-  box.setText(Lines(text));
-  box.addButton(QMessageBox::Ok)->setIcon({});
-  if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))  // room for the title over a short text
-    grid->addItem(new QSpacerItem(kMessageWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
-  if (const WindowView* front = Front()) {
-    box.setWindowTitle(views_.front()->windowTitle());
-    box.winId();  // makes the window, which must know before it shows what it belongs to
-    box.windowHandle()->setTransientParent(front->windowHandle());
-    CentreOn(box, *front);
-  }
+  MessageBox box(text);
+  if (const WindowView* front = Front()) box.StandOver(*front, views_.front()->windowTitle());
   messages_.push_back(&box);
   box.exec();
   std::erase(messages_, &box);

@@ -15,7 +15,7 @@
 #include "framework/qt/SignalWatch.h"
 #include "framework/qt/WindowView.h"
 
-class QMessageBox;
+class MessageBox;
 
 /// Shows the framework's windows with Qt Widgets.
 class QtToolkit final : public Toolkit {
@@ -73,5 +73,5 @@ class QtToolkit final : public Toolkit {
   const MenuView::Front frontWindow_;
   std::unique_ptr<QMenuBar> applicationBar_;  // where there is one for all windows
   std::unique_ptr<MenuView> applicationMenus_;
-  std::vector<QMessageBox*> messages_;  // that are up
+  std::vector<MessageBox*> messages_;  // that are up
 };
