@@ -25,7 +25,7 @@ class Disks {
 /// while we hold them open, so they go with this process, however it ends.
 class LoopDisks : public Disks {
  public:
-  /// For root, and not in every container.
+  /// For root, and not in every container. Where it is, this process has a /run of its own from then on.
   static bool Possible();
 
   explicit LoopDisks(std::filesystem::path scratch) : scratch_(std::move(scratch)) {}
