@@ -1,9 +1,7 @@
 #include "app/App.h"
 #include "framework/EventLoop.h"
-#include "framework/FolderItem.h"
 #include "tests/headless/ProgramFixture.h"
 #include "windows/AboutWindow.h"
-#include "windows/Pictures.h"
 #include "windows/Window2.h"
 #include "windows/Window3.h"
 
@@ -110,23 +108,6 @@ TEST_F(Windows, MenusEnableWhatCanBeDone) {
     EXPECT_TRUE(AboutWindow()->Handlers().Has("FileClose"));
     EXPECT_FALSE(AboutWindow()->Handlers().Run("FileClose"));
     EXPECT_TRUE(IsOpen("AboutWindow"));
-  });
-}
-
-TEST_F(Windows, PicturesAreReadOnceAndKept) {
-  RunProgram([] {
-    const PictureRef logo = logo64x64();
-    ASSERT_TRUE(logo && logo->Width == 128);
-    EventLoop::Deliver([&] {
-      for (int opening = 0; opening < 2; ++opening) {
-        EXPECT_EQ(AboutWindow()->Canvas1()->Backdrop.Get(), logo);
-        EXPECT_EQ(AboutWindow()->BevelButton1()->Icon.Get(), paypal());
-        EXPECT_EQ(Window2()->Canvas1()->Backdrop.Get(), logo);
-        AboutWindow()->Close();
-        Window2()->Close();
-      }
-    });
-    EXPECT_EQ(TheStage().PicturesRead, 1);
   });
 }
 

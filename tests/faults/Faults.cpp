@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -92,3 +93,14 @@ bool FailEachCall(const Session& session, int least) {
 }
 
 }  // namespace faults
+
+void* operator new(std::size_t size) {
+  void* const made = std::malloc(size);  // which fails in its turn
+  return made ? made : throw std::bad_alloc();
+}
+void operator delete(void* old) noexcept {
+  std::free(old);
+}
+void operator delete(void* old, std::size_t) noexcept {
+  std::free(old);
+}

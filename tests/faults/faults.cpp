@@ -16,7 +16,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <new>
 
 #include "app/Startup.h"
 #include "framework/Application.h"
@@ -55,12 +54,6 @@ CALL(int, error, posix_spawn_file_actions_adddup2, (posix_spawn_file_actions_t* 
 // Memory: what our own code takes, and with `new` whatever C++ does.
 CALL(void*, nullptr, __wrap_malloc, (std::size_t size), (size), ENOMEM)
 CALL(void*, nullptr, __wrap_realloc, (void* old, std::size_t size), (old, size), ENOMEM)
-void* operator new(std::size_t size) {
-  void* const made = std::malloc(size);
-  return made ? made : throw std::bad_alloc();
-}
-void operator delete(void* old) noexcept { std::free(old); }
-void operator delete(void* old, std::size_t) noexcept { std::free(old); }
 // clang-format on
 
 namespace {

@@ -73,7 +73,6 @@ class HeadlessToolkit : public Toolkit {
   Area ScreenArea() override { return {0, 0, 1280, 800}; }
   void OpenAddress(const String& address) override { TheStage().Addresses.push_back(address.Utf8()); }
   PictureRef ReadPicture(const std::string&) override {
-    ++TheStage().PicturesRead;
     return std::make_shared<const Picture>(Picture{1, 1, {0xFFFFFFFF}});
   }
   bool CanEdit(EditCommand) override { return TheStage().CanEdit; }

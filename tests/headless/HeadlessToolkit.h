@@ -22,7 +22,6 @@ struct Stage {
   std::vector<std::string> WindowsSeen;
 
   std::vector<std::string> Addresses;
-  int PicturesRead = 0;
   bool CanEdit = false;
   std::vector<EditCommand> Edits;
 };

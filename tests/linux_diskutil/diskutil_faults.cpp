@@ -12,11 +12,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <memory>
-#include <new>
 #include <string>
 
 #include "tests/faults/Faults.h"
@@ -45,12 +43,6 @@ CALL(ssize_t, -1, sendmsg, (int file, const msghdr* message, int flags), (file, 
 CALL(ssize_t, -1, recvmsg, (int file, msghdr* message, int flags), (file, message, flags), ENOMEM, ECONNRESET)
 CALL(int, -1, ppoll, (pollfd* files, nfds_t count, const timespec* wait, const sigset_t* signals), (files, count, wait, signals), ENOMEM)
 CALL(void*, nullptr, __wrap_malloc, (std::size_t size), (size), ENOMEM)
-void* operator new(std::size_t size) {
-  void* const made = std::malloc(size);
-  return made ? made : throw std::bad_alloc();
-}
-void operator delete(void* old) noexcept { std::free(old); }
-void operator delete(void* old, std::size_t) noexcept { std::free(old); }
 // clang-format on
 
 /// Nobody here is root, whose tool would mount without UDisks2.
