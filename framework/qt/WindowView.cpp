@@ -12,7 +12,6 @@
 #include "framework/EventLoop.h"
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
-#include "framework/qt/LabelView.h"
 #include "framework/qt/MenuKeys.h"
 #include "framework/qt/TabPanelView.h"
 #include "framework/qt/Wayland.h"
@@ -66,22 +65,11 @@ void WindowView::CopyParts() {
   CopyTitle();
   CopyColor();
   CopyGeometry();
-  CopyControls();
+  content_.Copy();
   CopyShown();
   copying_ = false;
   const bool speaks = owner_ && isVisible() && testAttribute(Qt::WA_ShowWithoutActivating);
   if (speaks && SomebodyHears()) voice_.SayWords(*owner_, Words());
-}
-
-QString WindowView::Words() const {
-  std::vector<LabelView*> labels;
-  for (ControlView* view : views_)
-    if (auto* label = dynamic_cast<LabelView*>(view)) labels.push_back(label);
-  std::stable_sort(labels.begin(), labels.end(),
-                   [](const LabelView* a, const LabelView* b) { return a->y() < b->y(); });
-  QStringList words;
-  for (const LabelView* label : labels) words += label->Whole();
-  return words.join(' ').simplified();
 }
 
 void WindowView::CopyTitle() {
@@ -118,70 +106,11 @@ void WindowView::CopyLimits() {
     setMaximumSize(most_.width(), most_.height() + above_);
 }
 
-void WindowView::CopyControls() {
-  const auto& controls = window_->Controls();
-  views_.resize(controls.size());
-  bool made = false;
-  for (std::size_t i = 0; i < controls.size(); ++i) {
-    const Ref<Control>& control = controls[i];
-    const bool stale = control->TakeStale();
-    const bool isNew = !views_[i] && control->Visible;
-    if (isNew) views_[i] = MakeView(control);
-    if (views_[i] && (stale || isNew)) views_[i]->Copy(OriginOf(*control));
-    made |= isNew;
-  }
-  if (made) Arrange();
-}
-
-ControlView* WindowView::MakeView(const Ref<Control>& control) {
-  const bool onPage = tabs_ && control->TabPanelIndex > 0;
-  ControlView* view = ControlView::Make(control, onPage ? tabs_->Page(control->TabPanelIndex) : content_);
-  if (auto* tabs = dynamic_cast<TabPanelView*>(view)) {
-    tabs_ = tabs;
-    // A list with the focus keeps these keys from keyPressEvent, where Ctrl+Tab and its like come; and of
-    // those a shortcut would not know the one with Shift.
-    OnKey(*this, Qt::CTRL | Qt::Key_PageDown, [tabs] { tabs->Step(+1); });
-    OnKey(*this, Qt::CTRL | Qt::Key_PageUp, [tabs] { tabs->Step(-1); });
-  }
-  return view;
-}
-
-QPoint WindowView::OriginOf(const Control& control) const {
-  return tabs_ && control.TabPanelIndex > 0 ? tabs_->pos() : QPoint();
-}
-
-void WindowView::Arrange() {
-  for (ControlView* view : views_)
-    if (view) view->Widget().raise();
-  if (tabs_) tabs_->FocusWidget().raise();
-  QWidget* last = nullptr;
-  for (ControlView* view : InTabOrder()) {
-    if (last) setTabOrder(last, &view->FocusWidget());
-    last = &view->FocusWidget();
-  }
-}
-
-std::vector<ControlView*> WindowView::InTabOrder() const {
-  const auto& controls = window_->Controls();
-  std::vector<std::size_t> order;
-  for (std::size_t i = 0; i < views_.size(); ++i)
-    if (views_[i]) order.push_back(i);
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    const Control& left = *controls[a];
-    const Control& right = *controls[b];
-    if (left.TabPanelIndex != right.TabPanelIndex) return left.TabPanelIndex < right.TabPanelIndex;
-    return left.TabIndex < right.TabIndex;
-  });
-  std::vector<ControlView*> views;
-  for (const std::size_t i : order) views.push_back(views_[i]);
-  return views;
-}
-
 void WindowView::CopyShown() {
   if (window_->Visible && !isVisible()) {
     // A window with nothing to type into or to press leaves the focus where it is, also where the window
     // manager would give it to every new one.
-    QWidget* first = FirstToType();
+    QWidget* first = content_.FirstToType();
     setAttribute(Qt::WA_ShowWithoutActivating, !first);
     create();
     windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !first);
@@ -194,15 +123,6 @@ void WindowView::CopyShown() {
   shows_ = window_->Shows();
   raise();
   if (!testAttribute(Qt::WA_ShowWithoutActivating)) activateWindow();
-}
-
-/// What has the focus at first. Tabs can have it, but a person comes for what stands under them.
-QWidget* WindowView::FirstToType() const {
-  for (ControlView* view : InTabOrder()) {
-    QWidget& widget = view->FocusWidget();
-    if (view != static_cast<ControlView*>(tabs_) && (widget.focusPolicy() & Qt::TabFocus)) return &widget;
-  }
-  return nullptr;
 }
 
 int WindowView::BarHeight() const {
@@ -272,13 +192,14 @@ void WindowView::paintEvent(QPaintEvent*) {
 }
 
 void WindowView::keyPressEvent(QKeyEvent* event) {
+  TabPanelView* const tabs = content_.Tabs();
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (isReturn && !event->isAutoRepeat())
     EventLoop::Deliver([window = window_] { window->UserReturn(); });
-  else if (tabs_ && event->matches(QKeySequence::NextChild))
-    tabs_->Step(+1);
-  else if (tabs_ && event->matches(QKeySequence::PreviousChild))
-    tabs_->Step(-1);
+  else if (tabs && event->matches(QKeySequence::NextChild))
+    tabs->Step(+1);
+  else if (tabs && event->matches(QKeySequence::PreviousChild))
+    tabs->Step(-1);
   else
     QWidget::keyPressEvent(event);
 }

@@ -4,14 +4,11 @@
 #include <QRect>
 #include <QWidget>
 #include <memory>
-#include <vector>
 
 #include "framework/Window.h"
-#include "framework/qt/ControlView.h"
 #include "framework/qt/MenuView.h"
+#include "framework/qt/WindowContent.h"
 #include "framework/qt/WindowVoice.h"
-
-class TabPanelView;
 
 /// What shows one window: a frame by the window manager, the menu bar where the window has one, and the
 /// content below it. Nothing here closes the window: the user's wish is handed on, and the view goes when the
@@ -24,7 +21,7 @@ class WindowView final : public QWidget {
 
   const Ref<Window>& ShownWindow() const { return window_; }
   /// What its labels say, from the top down.
-  QString Words() const;
+  QString Words() const { return content_.Words(); }
 
   /// Copies what has changed in the window and its controls.
   void Copy();
@@ -48,14 +45,8 @@ class WindowView final : public QWidget {
   void CopyColor();
   void CopyGeometry();
   void CopyLimits();
-  void CopyControls();
   void CopyShown();
-  ControlView* MakeView(const Ref<Control>& control);
-  void Arrange();
-  std::vector<ControlView*> InTabOrder() const;
 
-  QPoint OriginOf(const Control& control) const;
-  QWidget* FirstToType() const;
   int BarHeight() const;
   void PlaceParts();
   QSize ContentSize() const;
@@ -65,12 +56,10 @@ class WindowView final : public QWidget {
   const QPointer<QWidget> owner_;  // a sheet's or a modal window's
   QMenuBar* bar_ = nullptr;
   std::unique_ptr<MenuView> menus_;
-  QWidget content_{this};
-  TabPanelView* tabs_ = nullptr;
-  std::vector<ControlView*> views_;  // as the window's controls; nullptr for one that has never been visible
-  int above_ = 0;                    // height of the menu bar
-  QSize most_;                       // that the content may measure
-  QRect known_;  // the content's place on the screen that both the window and this know of
+  WindowContent content_{*this, window_};
+  int above_ = 0;  // height of the menu bar
+  QSize most_;     // that the content may measure
+  QRect known_;    // the content's place on the screen that both the window and this know of
   int shows_ = 0;
   static inline bool copying_ = false;  // any of the windows
   bool painted_ = false;

@@ -2,12 +2,10 @@
 // it fails, the tool ends by itself: with its whole result, or with a line that says why not.
 
 #include <dirent.h>
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
