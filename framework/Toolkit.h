@@ -53,7 +53,8 @@ class Toolkit {
   /// The part of the main screen that windows may use.
   virtual Area ScreenArea() = 0;
 
-  /// Opens the address with the user's program for it. Neither waits nor fails loudly.
+  /// Opens the address with the user's program for it. Waits no longer than a moment; a failure is told on
+  /// standard error.
   virtual void OpenAddress(const String& address) = 0;
 
   /// Reads a picture file of a format the framework does not read by itself; nil when it cannot be read.

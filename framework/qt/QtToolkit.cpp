@@ -6,9 +6,13 @@
 #include <QSocketNotifier>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <iterator>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 #include "framework/Application.h"
@@ -21,11 +25,28 @@ namespace {
 
 constexpr int kWakeInterval = 33;    // milliseconds between two updates that other threads ask for
 constexpr int kPresentLimit = 1000;  // milliseconds
+constexpr std::chrono::milliseconds kOpenerLimit{200};
 
 constexpr QEventLoop::ProcessEventsFlags kAllButInput =
     QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents;
 
 QtMessageHandler usualHandler = nullptr;
+
+/// Takes for ever where a folder of PATH hangs.
+void StartOpener(const QString& address) {
+  QProcess opener;
+#ifdef Q_OS_MACOS
+  opener.setProgram("/usr/bin/open");
+#else
+  opener.setProgram("xdg-open");
+#endif
+  opener.setArguments({address});
+  opener.setStandardInputFile(QProcess::nullDevice());
+  opener.setStandardOutputFile(QProcess::nullDevice());
+  opener.setStandardErrorFile(QProcess::nullDevice());
+  if (!opener.startDetached())
+    std::fprintf(stderr, "%s: %s\n", qPrintable(opener.program()), qPrintable(opener.errorString()));
+}
 
 /// Qt aborts where it reaches no display, and advises to install the program anew. Where a Wayland display
 /// goes away it says so and ends the process at once, on whatever thread: the words are the only sign.
@@ -211,15 +232,12 @@ Area QtToolkit::ScreenArea() {
 void QtToolkit::OpenAddress(const String& address) {
   const QString text = QString::fromStdString(address.Utf8());
   if (!IsAddress(text)) return;
-  QProcess opener;
-#ifdef Q_OS_MACOS
-  opener.setProgram("/usr/bin/open");
-#else
-  opener.setProgram("xdg-open");
-#endif
-  opener.setArguments({text});
-  opener.setStandardInputFile(QProcess::nullDevice());
-  opener.setStandardOutputFile(QProcess::nullDevice());
-  opener.setStandardErrorFile(QProcess::nullDevice());
-  opener.startDetached();
+  std::packaged_task<void()> open([text] { StartOpener(text); });
+  const std::future<void> opened = open.get_future();
+  try {
+    std::thread(std::move(open)).detach();
+    opened.wait_for(kOpenerLimit);
+  } catch (const std::system_error& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+  }
 }
