@@ -59,8 +59,13 @@ std::string ClassName(const std::exception& exception) {
   return name ? name.get() : mangled;
 }
 
+/// Without the memory for a message there is one line on standard error, and the program goes on.
 void ShowException(const std::string& name) {
-  MsgBox("An exception of the class " + String(name) + " was not handled.");
+  try {
+    MsgBox("An exception of the class " + String(name) + " was not handled.");
+  } catch (const std::exception& exception) {
+    std::fprintf(stderr, "%s\n", exception.what());
+  }
 }
 
 }  // namespace

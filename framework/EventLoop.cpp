@@ -158,12 +158,14 @@ void EventLoop::Post(std::function<void()> task) {
 }
 
 void EventLoop::RunHandler(const std::function<void()>& callback) {
-  ++TheLoop().handlers;
+  const struct Running {
+    Running() { ++TheLoop().handlers; }
+    ~Running() { --TheLoop().handlers; }
+  } running;
   try {
     RunCallback(callback);
   } catch (const Leaving&) {
   }
-  --TheLoop().handlers;
 }
 
 void EventLoop::EndEvent() {

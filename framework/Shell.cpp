@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -29,10 +30,15 @@ std::vector<std::string> CutAtBlanks(const std::string& line) {
 /// Returns the output as text, made while others have the baton: a flood takes a while to decode.
 String WaitOnThread(ChildProcess& child, const Thread& thread) {
   const Baton::Pause pause;
-  while (child.Advance() && !thread.Killed()) {
-    pollfd fds[] = {
-        {child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}};
-    poll(fds, 3, child.Patience());
+  try {
+    while (child.Advance() && !thread.Killed()) {
+      pollfd fds[] = {
+          {child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}};
+      poll(fds, 3, child.Patience());
+    }
+  } catch (const std::bad_alloc&) {
+    child.Terminate();
+    throw;
   }
   if (thread.Killed()) child.Terminate();
   return String(child.TakeOutput());

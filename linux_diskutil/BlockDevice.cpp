@@ -65,7 +65,7 @@ bool IsPartition(udev_device* device) {
 }
 
 struct Attachment {
-  std::string_view sign;  // Part of the device's path in sysfs.
+  std::string_view sign;  // part of the device's path in sysfs
   std::string_view protocol;
   bool external;
   Device::Origin origin;
@@ -129,13 +129,13 @@ BlockDeviceReader::BlockDeviceReader() : context_(udev_new()) {
 
 std::optional<BlockDevice> BlockDeviceReader::Read(const std::string& name) const {
   const std::string folder = FolderOf(name);
-  constexpr std::uint64_t kSector = 512;  // The unit of "size", whatever the disk's own sectors are.
+  constexpr std::uint64_t kSector = 512;  // the unit of "size", whatever the disk's own sectors are
   const std::uint64_t bytes = KernelNumber(folder, "size") * kSector;
   if (bytes == 0) return std::nullopt;
   const CountedDevice source(udev_device_new_from_syspath(context_.get(), folder.c_str()));
   if (!source || !udev_device_get_devnode(source.get())) {
     ThrowIfExhausted(folder);
-    return std::nullopt;  // It has just gone, or the kernel's files about it make no sense.
+    return std::nullopt;  // it has just gone, or the kernel's files about it make no sense
   }
 
   BlockDevice found;

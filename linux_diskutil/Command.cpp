@@ -32,6 +32,16 @@ std::optional<Identifier> LastIdentifier(const std::vector<std::string_view>& wo
   return std::nullopt;
 }
 
+Outcome NotFound(const Identifier& id) {
+  return {1, "Could not find disk: " + id.Text() + "\n"};
+}
+
+/// The mount table knows names and numbers, which another disk may have got by now.
+Outcome Info(const Device& device) {
+  const std::string report = InfoReport(device, MountTable().Find(device));
+  return IdentifierOf(device.number) == device.id ? Outcome{0, report} : NotFound(device.id);
+}
+
 Outcome Run(const std::vector<std::string_view>& words, const Udisks& udisks) {
   if (words.empty()) return kUsage;
   const std::string verb = LowerCase(words.front());
@@ -40,8 +50,8 @@ Outcome Run(const std::vector<std::string_view>& words, const Udisks& udisks) {
   const auto id = LastIdentifier(words);
   if (!id || (verb != "info" && verb != "mount" && verb != "unmount")) return kUsage;
   const auto device = FindDevice(*id);
-  if (!device) return {1, "Could not find disk: " + id->Text() + "\n"};
-  if (verb == "info") return {0, InfoReport(*device, MountTable().Find(*device))};
+  if (!device) return NotFound(*id);
+  if (verb == "info") return Info(*device);
   const Mounter mounter(udisks);
   return verb == "mount" ? mounter.Mount(*device) : mounter.Unmount(*device);
 }

@@ -25,7 +25,7 @@ std::string Value(const Probe& probe, const char* name) {
   const char* data = nullptr;
   std::size_t size = 0;
   if (blkid_probe_lookup_value(probe.get(), name, &data, &size) != 0) return {};
-  return PrintableText({data, size > 0 ? size - 1 : 0});  // The size counts a closing zero byte.
+  return PrintableText({data, size > 0 ? size - 1 : 0});  // the size counts a closing zero byte
 }
 
 // libblkid reads thirty places of a device, one after the other: nearly all in the first kilobytes, where

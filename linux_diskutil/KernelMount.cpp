@@ -59,17 +59,18 @@ constexpr std::string_view kFolder = "/media/";
 
 MountAttempt KernelMount(const Device& device) {
   if (device.fsUsage != "filesystem") return {Failure{Failure::Reason::kNotMountable, {}}};
+  const Context context = MakeContext();
   std::string point = std::string(kFolder) + device.id.Text();
   mkdir("/media", 0755);
-  rmdir(point.c_str());  // Left over from a volume that was pulled out: goes only if it is empty and unused.
+  rmdir(point.c_str());  // left over from a volume that was pulled out: goes only if it is empty and unused
   if (mkdir(point.c_str(), 0700) != 0) return {FromError(errno)};
 
-  const Context context = MakeContext();
-  mnt_context_set_source(context.get(), device.node.c_str());
-  mnt_context_set_target(context.get(), point.c_str());
-  mnt_context_set_fstype(context.get(), device.fsType.c_str());
-  mnt_context_set_options(context.get(), "nosuid,nodev");
-  MaybeFailure failure = FailureOf(context, mnt_context_mount(context.get()));
+  int result = mnt_context_set_source(context.get(), device.node.c_str());
+  if (result == 0) result = mnt_context_set_target(context.get(), point.c_str());
+  if (result == 0) result = mnt_context_set_fstype(context.get(), device.fsType.c_str());
+  if (result == 0) result = mnt_context_set_options(context.get(), "nosuid,nodev");
+  if (result == 0) result = mnt_context_mount(context.get());
+  MaybeFailure failure = FailureOf(context, result);
   if (!failure) return {std::nullopt, std::move(point)};
   rmdir(point.c_str());
   return {std::move(failure)};
@@ -77,8 +78,9 @@ MountAttempt KernelMount(const Device& device) {
 
 MaybeFailure KernelUnmount(const std::string& mountPoint) {
   const Context context = MakeContext();
-  mnt_context_set_target(context.get(), mountPoint.c_str());
-  return FailureOf(context, mnt_context_umount(context.get()));
+  int result = mnt_context_set_target(context.get(), mountPoint.c_str());
+  if (result == 0) result = mnt_context_umount(context.get());
+  return FailureOf(context, result);
 }
 
 void RemoveKernelMountPoint(const std::string& mountPoint) {

@@ -69,7 +69,7 @@ struct FreeIterator {
 
 // Calls `use` with each mount of the device, the oldest first, and with the device that the mount goes by,
 // until it returns false.
-template <typename Use>
+template <class Use>
 void ForEachMount(libmnt_table* table, const Device& device, Use use) {
   const std::unique_ptr<libmnt_iter, FreeIterator> iterator(mnt_new_iter(MNT_ITER_FORWARD));
   if (!iterator) throw std::bad_alloc();

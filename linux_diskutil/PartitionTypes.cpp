@@ -8,7 +8,7 @@ namespace {
 
 struct Entry {
   std::string_view scheme;
-  std::string_view type;  // Lower case, as libblkid gives it.
+  std::string_view type;  // in lower case, as libblkid gives it
   std::string_view name;
 };
 

@@ -7,7 +7,7 @@ namespace diskutil {
 namespace {
 
 struct Unit {
-  std::uint64_t tenth;  // Bytes in a tenth of the unit.
+  std::uint64_t tenth;  // bytes in a tenth of the unit
   std::string_view name;
 };
 

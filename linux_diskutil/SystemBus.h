@@ -50,7 +50,7 @@ using Bus = std::unique_ptr<sd_bus, BusUnref>;
 using Message = std::unique_ptr<sd_bus_message, BusUnref>;
 
 struct Connection {
-  Bus bus;  // Nothing when there is no bus.
+  Bus bus;  // nothing when there is no bus
   bool timedOut = false;
 };
 
@@ -72,7 +72,7 @@ struct Answer {
 Answer Call(sd_bus* bus, sd_bus_message* call, std::chrono::microseconds limit);
 
 /// Goes through an array of dictionary entries, calling `read` inside each until it fails.
-template <typename Read>
+template <class Read>
 bool ForEachEntry(sd_bus_message* message, const std::string& entry, Read read) {
   const auto enter = [&](char type, const std::string& contents) {
     return SdBusLibrary().sd_bus_message_enter_container(message, type, contents.c_str()) >= 0;

@@ -1,7 +1,17 @@
 #include "framework/qt/EditedText.h"
 
+#include <algorithm>
+
 void EditedText::FocusMoves(QWidget* to) {
-  if (auto* text = qobject_cast<QPlainTextEdit*>(to)) last_ = text;
+  auto* text = qobject_cast<QPlainTextEdit*>(to);
+  if (!text) return;
+  std::erase_if(texts_, [&](const auto& other) { return !other || other == text; });
+  texts_.insert(texts_.begin(), text);
+}
+
+QPlainTextEdit* EditedText::Text() const {
+  const auto shown = std::ranges::find_if(texts_, [](const auto& text) { return text && text->isVisible(); });
+  return shown == texts_.end() ? nullptr : shown->data();
 }
 
 bool EditedText::Can(EditCommand command) const {

@@ -2,6 +2,7 @@
 
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <vector>
 
 #include "framework/Toolkit.h"
 
@@ -16,7 +17,7 @@ class EditedText {
   void Do(EditCommand command) const;
 
  private:
-  QPlainTextEdit* Text() const { return last_ && last_->isVisible() ? last_ : nullptr; }
+  QPlainTextEdit* Text() const;
 
-  QPointer<QPlainTextEdit> last_;  // that had the focus
+  std::vector<QPointer<QPlainTextEdit>> texts_;  // that had the focus, the last one first
 };

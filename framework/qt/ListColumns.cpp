@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kGrip = 3;        // pixels to both sides of an edge where it can be taken hold of
 constexpr int kSlip = 3;        // pixels that the mouse may move in a click
-constexpr int kNarrowest = 16;  // pixels a column keeps
+constexpr int kNarrowest = 16;  // pixels a column keeps, and the last one of the list's width
 
 }  // namespace
 
@@ -56,7 +56,9 @@ bool ListColumns::Press(QPoint position) {
 void ListColumns::Drag(int x) {
   dragging_ |= std::abs(x - pressedAt_.x()) > kSlip;
   if (!dragging_) return;
-  list_.setColumnWidth(held_, std::max(heldWidth_ + x - pressedAt_.x(), kNarrowest));
+  // An edge beyond the list's could never be taken hold of again.
+  const int room = list_.viewport()->width() - list_.columnViewportPosition(held_) - kNarrowest;
+  list_.setColumnWidth(held_, std::max(std::min(heldWidth_ + x - pressedAt_.x(), room), kNarrowest));
   FillWidth();
 }
 

@@ -26,6 +26,7 @@ bool IsWayland() {
 
 void ObeyCompositor(QWidget& window, const QEvent& event) {
   if (!IsWayland()) return;
+  window.setMinimumSize(0, 0);
   window.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
   if (event.type() == QEvent::WindowStateChange)
     LeaveFullScreenOfNoSize(window, static_cast<const QWindowStateChangeEvent&>(event).oldState());

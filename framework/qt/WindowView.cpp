@@ -99,11 +99,11 @@ void WindowView::CopyGeometry() {
 
 void WindowView::CopyLimits() {
   const QSize size(window_->Width, window_->Height);
-  const QSize least = window_->Resizeable ? QSize(window_->MinWidth, window_->MinHeight) : size;
+  least_ = window_->Resizeable ? QSize(window_->MinWidth, window_->MinHeight) : size;
   most_ = window_->Resizeable ? QSize(window_->MaxWidth, window_->MaxHeight) : size;
-  setMinimumSize(least.width(), least.height() + above_);
-  if (!IsWayland())  // there the content alone keeps to the limit
-    setMaximumSize(most_.width(), most_.height() + above_);
+  if (IsWayland()) return;  // there the content alone keeps to the limits
+  setMinimumSize(least_.width(), least_.height() + above_);
+  setMaximumSize(most_.width(), most_.height() + above_);
 }
 
 void WindowView::CopyShown() {
@@ -136,7 +136,7 @@ void WindowView::PlaceParts() {
 }
 
 QSize WindowView::ContentSize() const {
-  return QSize(width(), height() - above_).boundedTo(most_);
+  return QSize(width(), height() - above_).expandedTo(least_).boundedTo(most_);
 }
 
 void WindowView::ReportGeometry() {

@@ -58,8 +58,9 @@ class WindowView final : public QWidget {
   std::unique_ptr<MenuView> menus_;
   WindowContent content_{*this, window_};
   int above_ = 0;  // height of the menu bar
-  QSize most_;     // that the content may measure
-  QRect known_;    // the content's place on the screen that both the window and this know of
+  QSize least_;    // that the content may measure
+  QSize most_;
+  QRect known_;  // the content's place on the screen that both the window and this know of
   int shows_ = 0;
   static inline bool copying_ = false;  // any of the windows
   bool painted_ = false;

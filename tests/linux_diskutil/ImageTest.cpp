@@ -118,7 +118,7 @@ TEST_F(Image, IsListedMountedAndUnmounted) {
   EXPECT_TRUE(ListComesToHold("1:                  Apple_HFS                          19.9 MB   " + hfs));
   EXPECT_TRUE(ListComesToHold("2:           Linux Filesystem e x t                    21.0 MB   " + ext));
   EXPECT_EQ(Diskutil({"mount", disk.Id()}).status, 1);
-  EXPECT_EQ(Diskutil({"mount", hfs}).status, 1);  // There is nothing behind its header.
+  EXPECT_EQ(Diskutil({"mount", hfs}).status, 1);  // there is nothing behind its header
 
   const std::string folder = "/media/" + ext;
   EXPECT_EQ(Diskutil({"mount", ext}).text, "Volume e x t on " + ext + " mounted at " + folder + "\n");

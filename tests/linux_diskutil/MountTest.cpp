@@ -34,7 +34,7 @@ const std::string kCover = "37 36 8:1 / /media/Backup rw - ext4 /dev/sda1 rw\n";
 struct Step {
   std::string error;
   std::string mounts;     // The mount table from then on.
-  bool replaced = false;  // Another disk has the number of disk7 from then on.
+  bool replaced = false;  // another disk has the number of disk7 from then on
 };
 
 struct Case {

@@ -21,7 +21,7 @@ class UdisksMock {
  public:
   struct Answer {
     std::string error;           // Name of a D-Bus error; empty for success.
-    std::function<void()> then;  // What happens before the answer.
+    std::function<void()> then;  // what happens before the answer
   };
   // An error for scripts: takes the request and never answers.
   static constexpr const char* kSilence = "silence";
