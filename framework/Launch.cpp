@@ -18,9 +18,9 @@
 #include <mutex>
 #include <sstream>
 #include <system_error>
-#include <thread>
 
 #include "framework/Pipe.h"
+#include "framework/Starter.h"
 
 extern char** environ;
 
@@ -195,7 +195,7 @@ Launch::Launch(const std::vector<std::string>& words, const std::string& toolFol
     return;
   }
   try {
-    std::thread([job = job_] { Run(*job); }).detach();
+    StartOnThread([job = job_] { Run(*job); });
   } catch (const std::system_error& error) {
     job_->outcome = job_->Fail(kCannotRun, error.code().value());
   }

@@ -15,7 +15,7 @@ enum class Outlet {
   kFile,  // without a name, in memory where the system can: the command never waits for us and outlives us
 };
 
-/// The start of one command, on a thread of its own: to look a command up, to open it and to start it can
+/// The start of one command, on another thread: to look a command up, to open it and to start it can
 /// each take for ever where a folder hangs. Whoever waits for it need not, and can leave it to itself.
 ///
 /// What keeps a command from running is told on standard error.
