@@ -23,7 +23,6 @@ from screen import PATIENCE, Screen, until
 
 # Places in the content of a window, and parts of it as left, top, width and height; in pixels.
 SCAN, INFO, UNMOUNT, MOUNT = (77, 236), (169, 236), (284, 236), (376, 236)
-FILE_MENU = (10, -12)
 DISKS_TAB, SETTINGS_TAB = (45, 27), (120, 27)
 FIRST_ROW = (237, 86)  # where a column ends, which a press without a move is not meant for
 SHOW_UNMOUNT_BOX = (54, 130)
@@ -176,9 +175,9 @@ def message_and_report(screen, program, main):
 
 
 def links(screen, program, main):
-    for link, address in ((MAIL_LINK, "mailto:contacts@dravik.example?subject=Dravik"),
-                          (WEB_LINK, "https://www.dravik.example/")):
-        screen.click(main, FILE_MENU)
+    for link, address, keys in ((MAIL_LINK, "mailto:contacts@dravik.example?subject=Dravik", ["alt+f"]),
+                                (WEB_LINK, "https://www.dravik.example/", ["F10", "Down"])):
+        screen.press(main, *keys)
         file_menu = until("the File menu opens", lambda: screen.others(main))
         screen.press(main, "Right")
         until("the Edit menu opens", lambda: screen.others(main, *file_menu))
