@@ -9,7 +9,6 @@ class BevelButtonView final : public ButtonView<BevelButton> {
 
  protected:
   void CopyOwn() override;
-  bool NamesItself() const override { return !text().isEmpty(); }
 
  private:
   void CopyIcon();

@@ -11,5 +11,4 @@ class CheckBoxView final : public ViewOf<CheckBox, QCheckBox> {
 
  protected:
   void CopyOwn() override;
-  bool NamesItself() const override { return true; }
 };

@@ -43,8 +43,6 @@ void ControlView::Copy(QPoint origin) {
     SetAccessibleName(widget, OneLine(control.AccessibleName));
   else if (!control.HelpTag.Get().Empty())
     SetAccessibleName(widget, OneLine(control.HelpTag));
-  else if (!NamesItself())
-    SetAccessibleName(widget, InWords(control.Name));
   if (const QString more = OneLine(control.AccessibleDescription); more != widget.accessibleDescription())
     widget.setAccessibleDescription(more);
   CopyOwn();

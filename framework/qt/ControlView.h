@@ -28,8 +28,6 @@ class ControlView {
   virtual const Control& ShownControl() const = 0;
   /// Copies what the class of control has besides what all have.
   virtual void CopyOwn() = 0;
-  /// Whether assistive technology reads a name off the widget itself.
-  virtual bool NamesItself() const { return false; }
 };
 
 /// Base of the views: the widget, the control and what ties them.

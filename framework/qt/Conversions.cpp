@@ -61,16 +61,6 @@ QString Literal(const String& caption) {
   return OneLine(caption).replace('&', "&&");
 }
 
-QString InWords(const String& name) {
-  QString words;
-  for (const QChar c : OneLine(name)) {
-    if (c.isUpper() && !words.isEmpty() && !words.back().isUpper()) words += ' ';
-    words += c;
-  }
-  while (!words.isEmpty() && words.back().isDigit()) words.chop(1);
-  return words;
-}
-
 QColor ToQColor(Color color) {
   return QColor::fromRgb(QRgb{0xFF000000u | color.Value});
 }

@@ -24,9 +24,6 @@ QString ToolTip(const QString& text);
 /// A caption in which an ampersand is just that.
 QString Literal(const String& caption);
 
-/// The name of a control in words: "ListBox2" is "List Box".
-QString InWords(const String& name);
-
 QColor ToQColor(Color color);
 
 /// The picture, made smaller where it is larger than the room, for a screen with so many pixels on one of the

@@ -18,7 +18,6 @@ class LabelView final : public ViewOf<Label, QLabel> {
 
  protected:
   void CopyOwn() override;
-  bool NamesItself() const override { return true; }
   void mousePressEvent(QMouseEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;

@@ -9,5 +9,4 @@ class PushButtonView final : public ButtonView<PushButton> {
 
  protected:
   void CopyOwn() override;
-  bool NamesItself() const override { return true; }
 };

@@ -9,7 +9,6 @@ class RectangleView final : public ViewOf<Rectangle, QWidget> {
 
  protected:
   void CopyOwn() override;
-  bool NamesItself() const override { return true; }  // it only decorates
   void paintEvent(QPaintEvent* event) override;
 
  private:

@@ -37,7 +37,6 @@ class TabPanelView final : public ViewOf<TabPanel, QWidget> {
 
  protected:
   void CopyOwn() override;
-  bool NamesItself() const override { return true; }  // its tabs are named
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 

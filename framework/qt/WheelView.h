@@ -12,7 +12,6 @@ class WheelView final : public ViewOf<ProgressWheel, QWidget> {
 
  protected:
   void CopyOwn() override;
-  bool NamesItself() const override { return true; }
   void paintEvent(QPaintEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
