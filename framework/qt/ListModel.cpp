@@ -55,7 +55,6 @@ void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) 
 
 ListModel::Row ListModel::CopyRow(const Listbox::Row& row) {
   Row copy;
-  copy.reserve(row.size());
   for (const auto& cell : row) copy.push_back({OneLine(cell.Text), cell.Bold, cell.Italic, cell.Alignment});
   return copy;
 }
