@@ -7,6 +7,7 @@
 
 #include "disktool/scanTheBus.h"
 #include "framework/ChildProcess.h"
+#include "framework/Launch.h"
 
 // Runs the command that is given, splits and filters what it prints as a scan does, and prints the lines
 // kept.
@@ -19,7 +20,7 @@ struct Printed {
 };
 
 Printed Run(const std::vector<std::string>& command) {
-  ChildProcess child(command, "", Outlet::kPipe);
+  ChildProcess child(Launch::Now(command, ""));
   while (child.Advance()) {
     pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}};
     poll(fds, 2, child.Patience());

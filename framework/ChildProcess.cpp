@@ -59,12 +59,16 @@ bool ChildProcess::Started() {
   auto outcome = launch_->Take();
   if (!outcome) return false;
   launch_.reset();
-  pid_ = group_ = outcome->pid;
-  status_ = outcome->status;
-  outlet_ = outcome->outlet;
-  output_ = std::move(outcome->output);
-  if (pid_ >= 0) exit_ = OpenExitFd(pid_);
+  Adopt(std::move(*outcome));
   return true;
+}
+
+void ChildProcess::Adopt(Launch::Outcome started) {
+  pid_ = group_ = started.pid;
+  status_ = started.status;
+  outlet_ = started.outlet;
+  output_ = std::move(started.output);
+  if (pid_ >= 0) exit_ = OpenExitFd(pid_);
 }
 
 bool ChildProcess::Advance() {
@@ -147,11 +151,7 @@ void ChildProcess::Terminate() {
       poll(&exited, 1, exit_ ? static_cast<int>(std::max(deadline - Now(), 0LL)) : kPollTick);
     }
   };
-  if (launch_) {
-    pollfd done{launch_->DoneFd(), POLLIN, 0};
-    poll(&done, 1, kTerminateGrace);
-    if (!Started()) launch_.reset();
-  }
+  if (launch_ && !Started()) launch_.reset();
   output_.Close();
   Signal(SIGTERM);
   waitUntil(Now() + kTerminateGrace);

@@ -18,9 +18,11 @@
 /// descriptor. The object never blocks but in `Terminate`, for a bounded time.
 class ChildProcess {
  public:
+  /// A command that `Launch::Now` has started. Where it did not, the process has ended, with its status.
+  explicit ChildProcess(Launch::Outcome started) { Adopt(std::move(started)); }
   /// Starts the words as `Launch` says. Where that fails, the process has ended, with one of its statuses.
-  ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder, Outlet outlet)
-      : launch_(std::in_place, words, toolFolder, outlet) {}
+  ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder)
+      : launch_(std::in_place, words, toolFolder) {}
   /// Leaves a child that has been started and has not ended to itself.
   ~ChildProcess() = default;
   ChildProcess(const ChildProcess&) = delete;
@@ -49,6 +51,7 @@ class ChildProcess {
 
  private:
   bool Started();
+  void Adopt(Launch::Outcome started);
   void Read();
   bool GroupLives() const;
   bool Reap();

@@ -18,9 +18,9 @@
 #include <mutex>
 #include <sstream>
 #include <system_error>
+#include <thread>
 
 #include "framework/Pipe.h"
-#include "framework/Starter.h"
 
 extern char** environ;
 
@@ -139,10 +139,13 @@ Descriptor OpenFile() {
 }  // namespace
 
 struct Launch::Job {
+  Job(const std::vector<std::string>& theWords, const std::string& folder, Outlet wanted)
+      : words(theWords), path(Environment("PATH", "")), toolFolder(folder), outlet(wanted) {}
+
   std::vector<std::string> words;
   std::string path, toolFolder;
-  Outlet outlet = Outlet::kPipe;
-  Pipe done = Pipe::Open();
+  Outlet outlet;
+  Pipe done;
 
   std::mutex mutex;  // guards what follows
   bool left = false;
@@ -184,18 +187,21 @@ Launch::Outcome Launch::Job::Start() {
   return started;
 }
 
-Launch::Launch(const std::vector<std::string>& words, const std::string& toolFolder, Outlet outlet)
-    : job_(std::make_shared<Job>()) {
-  job_->words = words;
-  job_->path = Environment("PATH", "");
-  job_->toolFolder = toolFolder;
-  job_->outlet = outlet;
+Launch::Outcome Launch::Now(const std::vector<std::string>& words, const std::string& toolFolder) {
+  Job job(words, toolFolder, Outlet::kPipe);
+  Run(job);
+  return std::move(*job.outcome);
+}
+
+Launch::Launch(const std::vector<std::string>& words, const std::string& toolFolder)
+    : job_(std::make_shared<Job>(words, toolFolder, Outlet::kFile)) {
+  job_->done = Pipe::Open();
   if (job_->done.ReadFd() < 0 || job_->done.WriteFd() < 0) {
     job_->outcome = job_->Fail(kCannotRun, errno);
     return;
   }
   try {
-    StartOnThread([job = job_] { Run(*job); });
+    std::thread([job = job_] { Run(*job); }).detach();
   } catch (const std::system_error& error) {
     job_->outcome = job_->Fail(kCannotRun, error.code().value());
   }

@@ -15,8 +15,9 @@ enum class Outlet {
   kFile,  // without a name, in memory where the system can: the command never waits for us and outlives us
 };
 
-/// The start of one command, on another thread: to look a command up, to open it and to start it can
-/// each take for ever where a folder hangs. Whoever waits for it need not, and can leave it to itself.
+/// The start of one command. To look a command up, to open it and to start it can each take for ever where a
+/// folder hangs. So an object of this class does that on another thread; whoever waits for it need not, and
+/// can leave it to itself.
 ///
 /// What keeps a command from running is told on standard error.
 class Launch {
@@ -28,12 +29,16 @@ class Launch {
   struct Outcome {
     pid_t pid = -1;  // -1 where it did not run, for which `status` stands then
     int status = kNotFound;
-    Outlet outlet = Outlet::kPipe;  // a pipe where no file can be had
+    Outlet outlet = Outlet::kPipe;
     Descriptor output;
   };
 
-  /// Looks the first word up in the absolute folders of PATH, last in `toolFolder`.
-  Launch(const std::vector<std::string>& words, const std::string& toolFolder, Outlet outlet);
+  /// Looks the first word up in the absolute folders of PATH, last in `toolFolder`, and starts the words on
+  /// this thread, to print into a pipe. Returns when that is done, if ever.
+  static Outcome Now(const std::vector<std::string>& words, const std::string& toolFolder);
+
+  /// The same on another thread, to print into a file where one can be had.
+  Launch(const std::vector<std::string>& words, const std::string& toolFolder);
   /// A command that has not been started by now will not be; one that prints into a pipe is ended.
   ~Launch();
   Launch(const Launch&) = delete;

@@ -27,9 +27,15 @@ std::vector<std::string> CutAtBlanks(const std::string& line) {
   }
 }
 
-/// Returns the output as text, made while others have the baton: a flood takes a while to decode.
-String WaitOnThread(ChildProcess& child, const Thread& thread) {
+Launch::Outcome Start(const std::vector<std::string>& words, Thread& thread) {
+  const Thread::Absence absence(thread);  // for as long as a folder hangs
+  return Launch::Now(words, ToolFolder());
+}
+
+/// The output is made text while others have the baton: a flood takes a while to decode.
+Shell::Outcome RunOnThread(const std::vector<std::string>& words, Thread& thread) {
   const Baton::Pause pause;
+  ChildProcess child(Start(words, thread));
   try {
     while (child.Advance() && !thread.Killed()) {
       pollfd fds[] = {
@@ -41,27 +47,30 @@ String WaitOnThread(ChildProcess& child, const Thread& thread) {
     throw;
   }
   if (thread.Killed()) child.Terminate();
-  return String(child.TakeOutput());
+  String output(child.TakeOutput());
+  return {child.Status(), std::move(output)};
 }
 
-/// The main thread keeps the baton: the handler that waits here runs to its end before any other code.
-String WaitOnMain(ChildProcess& child) {
+/// The main thread keeps the baton: the handler that waits here runs to its end before any other code. Its
+/// command changes something, and goes on when we have to leave.
+Shell::Outcome RunOnMain(const std::vector<std::string>& words) {
+  MainThread::Current().LeaveWhenQuitting();
+  ChildProcess child(words, ToolFolder());
   while (child.Advance()) {
     MainThread::Current().WaitForInput({child.OutputFd(), child.StateFd()}, child.Patience());
     MainThread::Current().LeaveWhenQuitting();
   }
-  return String(child.TakeOutput());
+  String output(child.TakeOutput());
+  return {child.Status(), std::move(output)};
 }
 
 Shell::Outcome RunAsChild(const String& commandLine) {
+  const std::vector<std::string> words = CutAtBlanks(commandLine.Utf8());
   Thread* const thread = Thread::Current();
-  if (!thread) MainThread::Current().LeaveWhenQuitting();
-  // A command of the main thread changes something, and goes on when we have to leave.
-  const Outlet outlet = thread ? Outlet::kPipe : Outlet::kFile;
-  ChildProcess child(CutAtBlanks(commandLine.Utf8()), ToolFolder(), outlet);
-  String output = thread ? WaitOnThread(child, *thread) : WaitOnMain(child);
-  if (thread && thread->Killed()) thread->Unwind();
-  return {child.Status(), std::move(output)};
+  if (!thread) return RunOnMain(words);
+  Shell::Outcome outcome = RunOnThread(words, *thread);
+  if (thread->Killed()) thread->Unwind();
+  return outcome;
 }
 
 Shell::Runner run = RunAsChild;

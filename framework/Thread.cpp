@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr int kTimeToComeBack = 200;  // milliseconds
+
 struct Ending {};  // unwinds a killed thread; no code of the program catches it
 
 thread_local Thread* current = nullptr;
@@ -132,6 +134,31 @@ void Thread::Yield() {
   }
 }
 
+Thread::Absence::Absence(Thread& thread) : thread_(thread) {
+  thread_.whereabouts_ = Whereabouts::kAway;  // first: whoever has just killed us looks for it next
+  if (!thread_.killed_) return;
+  thread_.ComeBack();
+  thread_.Unwind();
+}
+
+Thread::Absence::~Absence() {
+  thread_.ComeBack();
+}
+
+void Thread::ComeBack() {
+  Whereabouts expected = Whereabouts::kAway;
+  if (whereabouts_.compare_exchange_strong(expected, Whereabouts::kHere)) return;
+  for (;;) pause();  // what the thread would come back to is being taken apart
+}
+
+/// Whether a killed thread has to be left behind.
+bool Thread::StaysAway() {
+  for (int waited = 0; waited < kTimeToComeBack && whereabouts_ == Whereabouts::kAway; ++waited)
+    poll(nullptr, 0, 1);
+  Whereabouts expected = Whereabouts::kAway;
+  return whereabouts_.compare_exchange_strong(expected, Whereabouts::kLeftBehind);
+}
+
 void Thread::KillAll() {
   for (Thread* thread : running)
     if (thread != current) thread->Kill();
@@ -143,6 +170,11 @@ void Thread::EndAll() {
     const Baton::Turn turn;
     threads = std::exchange(leaving, {});
     KillAll();
+    std::erase_if(running, [](Thread* thread) {
+      const bool staysAway = thread->StaysAway();
+      if (staysAway) thread->thread_.detach();
+      return staysAway;
+    });
     for (Thread* thread : running) threads.push_back(std::move(thread->thread_));
   }
   Join(std::move(threads));

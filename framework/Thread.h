@@ -16,7 +16,7 @@ class Window;
 class Thread : public Object {
  public:
   /// Ends the thread by unwinding: at its next yield point, or where it waits. A command it waits for is
-  /// terminated.
+  /// terminated, once it has been started.
   virtual void Kill();
   /// Lets a suspended thread go on.
   virtual void Resume();
@@ -42,6 +42,20 @@ class Thread : public Object {
   /// Gives the turn to those who wait for it; see YieldPoint.
   static void YieldCurrent();
 
+  /// A scope, entered and left without the baton, in which something may hold the thread up for ever.
+  /// `EndAll` waits for that a moment only: a thread that it leaves there never comes back. A killed one does
+  /// not enter, but unwinds. Used on the thread itself.
+  class Absence {
+   public:
+    explicit Absence(Thread& thread);
+    ~Absence();
+    Absence(const Absence&) = delete;
+    Absence& operator=(const Absence&) = delete;
+
+   private:
+    Thread& thread_;
+  };
+
   /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
   [[noreturn]] void Unwind();
 
@@ -50,8 +64,8 @@ class Thread : public Object {
 
   /// Kills all running threads but the one this code runs on.
   static void KillAll();
-  /// Kills all running threads and waits until they and all that ran before are gone. Called without the
-  /// baton.
+  /// Kills all running threads and waits until they and all that ran before are gone, or away for longer than
+  /// a moment. Called without the baton.
   static void EndAll();
 
  protected:
@@ -59,14 +73,19 @@ class Thread : public Object {
   virtual void Event_Run() = 0;
 
  private:
+  enum class Whereabouts { kHere, kAway, kLeftBehind };
+
   void Body();
   void Yield();
   void RequestYield();
+  void ComeBack();
+  bool StaysAway();
 
   std::thread thread_;
   bool running_ = false;
   std::atomic<bool> killed_ = false;
   std::atomic<bool> suspended_ = false;
+  std::atomic<Whereabouts> whereabouts_ = Whereabouts::kHere;
   int sleep_ = 0;                // milliseconds
   bool yieldRequested_ = false;  // and counted as a reason with the baton
   Pipe kill_;
