@@ -291,44 +291,20 @@ class PictReader {
     }
   }
 
-  /// Passes over the data of an opcode that draws no pixel image. False for one whose size cannot be told.
+  /// Passes over settings and comments. False for what draws something that is no pixel image.
   bool Skip(unsigned opcode) {
-    // Pattern, text, pen and colour settings, 0x0000 to 0x0023; -1 for sizes that are told below.
-    static constexpr std::array<int, 0x24> kSizes{0, -1, 8, 2, 1, 2, 4,  4,  2,  8, 8, 4,  //
-                                                  4, 2,  4, 4, 8, 2, -1, -1, -1, 2, 2, 0,
-                                                  0, 0,  6, 6, 0, 6, 0,  6,  8,  4, 6, 2};
-    if (opcode < kSizes.size() && kSizes[opcode] >= 0) {
-      in_.Take(static_cast<std::size_t>(kSizes[opcode]));
-    } else if (opcode == 0x0001) {
+    // Of patterns, pen, text and colours; -1 for those of another kind.
+    static constexpr std::array<int, 0x24> kSettings{0, -1, 8, 2, 1, 2, 4,  4,  2,  8, 8, 4,  //
+                                                     4, 2,  4, 4, 8, 2, -1, -1, -1, 2, 2, 0,
+                                                     0, 0,  6, 6, 0, 6, 0,  6,  8,  4, 6, 2};
+    if (opcode < kSettings.size() && kSettings[opcode] >= 0)
+      in_.Take(static_cast<std::size_t>(kSettings[opcode]));
+    else if (opcode == 0x0001)  // the clipping
       SkipSized(in_);
-    } else if (opcode < 0x0024) {
-      return false;  // pixel patterns
-    } else if (opcode >= 0x0028 && opcode <= 0x002B) {
-      static constexpr std::array<std::size_t, 4> kPlaceSizes{4, 1, 1, 2};
-      in_.Take(kPlaceSizes[opcode - 0x0028]);
-      in_.Take(in_.Byte());
-    } else if (opcode < 0x0030) {
-      in_.Take(in_.Word());
-    } else if (opcode < 0x0090) {
-      // Rectangles, round ones, ovals, arcs, polygons and regions: eight ways to draw a new one, then eight
-      // to draw the last one again, where only arcs have data.
-      const bool again = (opcode & 8) != 0;
-      if (opcode >= 0x0070 && !again)
-        SkipSized(in_);
-      else if (opcode >= 0x0060 && opcode < 0x0070)
-        in_.Take(again ? 4 : 12);
-      else if (!again)
-        in_.Take(8);
-    } else if (opcode == 0x00A0 || opcode == 0x00A1) {
-      in_.Take(2);
-      if (opcode == 0x00A1) in_.Take(in_.Word());
-    } else if (opcode < 0x00B0) {
-      in_.Take(in_.Word());
-    } else if (opcode >= 0x8100 || (opcode >= 0x00D0 && opcode < 0x0100)) {
-      in_.Take(in_.Long());
-    } else if (opcode >= 0x0100 && opcode < 0x8000) {
-      in_.Take(opcode >> 8 << 1);
-    }
+    else if ((opcode | 1) == 0x00A1)  // a comment: its kind, and for the long one its text
+      in_.Take(opcode == 0x00A0 ? 2 : in_.Long() & 0xFFFF);
+    else
+      return false;
     return true;
   }
 

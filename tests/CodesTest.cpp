@@ -68,7 +68,11 @@ TEST_F(Codes, OfMountUnmountAndReport) {
         std::vector<std::string> expected;
         if (code > 0 && !passedOver) {
           expected.push_back("Error code: " + std::to_string(code));
-          TheStage().Answers.emplace_back([&] { EXPECT_EQ(IsOpen("Window2"), *operation.Texts != '\0'); });
+          TheStage().Answers.emplace_back([&] {
+            EXPECT_EQ(IsOpen("Window2"), *operation.Texts != '\0');
+            EventLoop::Deliver([] { EXPECT_FALSE(IsOpen("Window2")) << "in the middle of a handler"; });
+            EventLoop::RunPending();
+          });
         }
         Select(operation.Row);
         Press(operation.Button);

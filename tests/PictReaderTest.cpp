@@ -90,6 +90,7 @@ TEST(PictReader, ReadsEveryWayOfStoringPixels) {
   for (const Case& test : cases) {
     SCOPED_TRACE(test.Name);
     File file(2, 1);
+    file.Words({0, 1, 10, 0, 0, 1, 2, 0x1A, 1, 2, 3, 0xA0, 7, 0xA1, 7, 3}).Raw({1, 2, 3, 0});  // no pixels
     TwoPixels(file, test.Opcode, test.RowBytes, test.PixelSize, test.PackType, test.Components).Raw(test.Row);
     const auto picture = ReadPict(file.End());
     ASSERT_TRUE(picture);
@@ -97,16 +98,17 @@ TEST(PictReader, ReadsEveryWayOfStoringPixels) {
   }
 }
 
-TEST(PictReader, RefusesWhatIsTooLarge) {
-  const auto drawn = [](int side, int times) {
+TEST(PictReader, RefusesWhatIsTooLargeOrNotOfPixelsAlone) {
+  const auto drawn = [](int side, int times, int last = 0) {
     File file(side, side);
     for (int i = 0; i < times; ++i) TwoPixels(file, 0x90, 2, bitMap, 0, 1, side, side).Raw({0, 0});
-    return ReadPict(file.End()).has_value();
+    return ReadPict(file.Words({last}).End()).has_value();
   };
   EXPECT_TRUE(drawn(4096, 1));
   EXPECT_FALSE(drawn(4097, 1));
   EXPECT_FALSE(drawn(4096, 5)) << "a small file kept the reader drawing";
   EXPECT_FALSE(drawn(2, 0)) << "a picture without pixels";
+  EXPECT_FALSE(drawn(2, 1, 0x38)) << "a shape that needs no data";
 }
 
 TEST(PictReader, APictureCutShortIsNoPicture) {

@@ -97,7 +97,12 @@ bool IsFaint(const QLabel& label) {
   return !label.text().isEmpty() && qGray(*most) - qGray(*least) < 60;
 }
 
-/// What assistive technology finds below: names, roles, states, actions. All are where their parents say.
+QString Letters(const QFont& font) {
+  return QString::number(font.pixelSize()) + (font.bold() ? "b" : "") + (font.italic() ? "i" : "");
+}
+
+/// What assistive technology finds below: names, roles, states, actions, and with that the size of the
+/// letters. All are where their parents say.
 QStringList Told(QAccessibleInterface* parent) {
   QStringList told;
   for (int i = 0; i < parent->childCount(); ++i) {
@@ -109,6 +114,7 @@ QStringList Told(QAccessibleInterface* parent) {
                       QMetaEnum::fromType<QAccessible::Role>().valueToKey(child->role())};
     words += state.disabled ? "disabled" : state.checked ? "checked" : state.readOnly ? "readOnly" : "-";
     if (auto* action = child->actionInterface()) words += action->actionNames();
+    if (auto* widget = qobject_cast<QWidget*>(child->object())) words += Letters(widget->font());
     if (child->role() == QAccessible::CheckBox) words.removeAll("Press");  // which only newer Qt gives to one
     told += (words.front().isEmpty() ? QStringList() : QStringList(words.join(' '))) + Told(child);
   }
@@ -330,7 +336,7 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
     hears("Executing the command 'diskutil list' Looking for Drives / Partitions Please wait...|2 volumes");
     for (QWidget* part : List()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
       EXPECT_GE(QAccessible::queryAccessibleInterface(List())->indexOfChild(QAccessible::queryAccessibleInterface(part)), 0);
-    finds(List(), "Disks and partitions Table -|Backup, mounted Cell - Toggle|120.5 GB Cell - Toggle|disk7s2 Cell - Toggle|<b>x</b>\uFFFD, not mounted Cell - Toggle|1.0 GB Cell - Toggle|disk7s3 Cell - Toggle|Scan Button - Press SetFocus|Mount Button disabled|Info... Button disabled|Disk/partition name StaticText -|Identifier StaticText -|Size StaticText -|unMount Button disabled");
+    finds(List(), "Disks and partitions Table - 12|Backup, mounted Cell - Toggle|120.5 GB Cell - Toggle|disk7s2 Cell - Toggle|<b>x</b>\uFFFD, not mounted Cell - Toggle|1.0 GB Cell - Toggle|disk7s3 Cell - Toggle|Scan Button - Press SetFocus 12|Mount Button disabled 12|Info... Button disabled 12|Disk/partition name StaticText - 11bi|Identifier StaticText - 11bi|Size StaticText - 11bi|unMount Button disabled 12");
     Click(List()->viewport(), InRow(1));
     Click(Button("Mount"));
     hears("Executing the command 'diskutil mount' Mounting «<b>x</b>\uFFFD». Please wait...|<b>x</b>\uFFFD, mounted");
@@ -344,16 +350,16 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
     Click(Button("unMount"));
     hears("Executing the command 'diskutil unmount' unMounting «Backup». Please wait...|Backup, not mounted");
     Click(Button("Info..."));
-    finds(Any<QPlainTextEdit>(), "OK Button - Press SetFocus|diskutil info for: Backup (disk7s2) StaticText -|Report EditableText - SetFocus");
+    finds(Any<QPlainTextEdit>(), "OK Button - Press SetFocus 10|diskutil info for: Backup (disk7s2) StaticText - 14b|Report EditableText - SetFocus 11");
     Click(Button("OK"));
     Any<QTabBar>()->setCurrentIndex(1);
-    finds(Any<QCheckBox>(), "Perform 'diskutil list' (scan) on startup CheckBox - Toggle SetFocus|Show the \"unMount\" button CheckBox checked Toggle SetFocus|Show the feedback win when performing Mount or unMount CheckBox checked Toggle SetFocus|Using this function may be slowen then ejecting using the Finder StaticText -");
+    finds(Any<QCheckBox>(), "Perform 'diskutil list' (scan) on startup CheckBox - Toggle SetFocus 12|Show the \"unMount\" button CheckBox checked Toggle SetFocus 12|Show the feedback win when performing Mount or unMount CheckBox checked Toggle SetFocus 12|Using this function may be slowen then ejecting using the Finder StaticText - 10");
     WithText<QCheckBox>("Show the feedback win when performing Mount or unMount")->toggle();
     Any<QTabBar>()->setCurrentIndex(0);
     Click(Button("Scan"));
     hears("Executing the command 'diskutil info' Reading info for «Backup». Please wait...|Scanning|2 volumes");
     Choose("AppleAbout");
-    finds(WithText<QLabel>("Dravik"), "Logo Graphic -|Dravik StaticText -|Version 1.4 - December, 2013 StaticText -|About this application EditableText readOnly SetFocus|https://www.dravik.example/ Link - SetFocus Press|contact@dravik.example Link - SetFocus Press|Donate Button - Press SetFocus|This application is free, but donate via PayPal if you'd like. ;-) StaticText -");
+    finds(WithText<QLabel>("Dravik"), "Logo Graphic - -1|Dravik StaticText - 24b|Version 1.4 - December, 2013 StaticText - 11|About this application EditableText readOnly SetFocus 11|https://www.dravik.example/ Link - SetFocus Press 12|contact@dravik.example Link - SetFocus Press 12|Donate Button - Press SetFocus 13|This application is free, but donate via PayPal if you'd like. ;-) StaticText - 10");
     // clang-format on
     Click(WithText<QLabel>("Dravik"));
   });
