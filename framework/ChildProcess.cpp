@@ -151,7 +151,6 @@ void ChildProcess::Terminate() {
       poll(&exited, 1, exit_ ? static_cast<int>(std::max(deadline - Now(), 0LL)) : kPollTick);
     }
   };
-  if (launch_ && !Started()) launch_.reset();
   output_.Close();
   Signal(SIGTERM);
   waitUntil(Now() + kTerminateGrace);

@@ -41,7 +41,8 @@ class ChildProcess {
   /// Milliseconds after which `Advance` wants to be called even if no descriptor is readable; -1 for never.
   int Patience() const;
 
-  /// Ends the child with its whole group: asks first, forces it after a moment, and reaps it.
+  /// Ends a child that has been started with its whole group: asks first, forces it after a moment, and reaps
+  /// it.
   void Terminate();
 
   /// 0 to 255 as exited, 128 + n when ended by signal n.

@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <csignal>
 #include <new>
 #include <utility>
 #include <vector>
@@ -29,7 +30,9 @@ std::vector<std::string> CutAtBlanks(const std::string& line) {
 
 Launch::Outcome Start(const std::vector<std::string>& words, Thread& thread) {
   const Thread::Absence absence(thread);  // for as long as a folder hangs
-  return Launch::Now(words, ToolFolder());
+  Launch::Outcome started = Launch::Now(words, ToolFolder());
+  if (thread.Killed() && started.pid >= 0) kill(-started.pid, SIGTERM);  // we may not come back to it
+  return started;
 }
 
 /// The output is made text while others have the baton: a flood takes a while to decode.

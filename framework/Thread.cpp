@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
@@ -17,7 +18,7 @@
 
 namespace {
 
-constexpr int kTimeToComeBack = 200;  // milliseconds
+constexpr auto kTimeToComeBack = std::chrono::milliseconds(200);
 
 struct Ending {};  // unwinds a killed thread; no code of the program catches it
 
@@ -151,12 +152,16 @@ void Thread::ComeBack() {
   for (;;) pause();  // what the thread would come back to is being taken apart
 }
 
-/// Whether a killed thread has to be left behind.
+/// Whether a killed thread has to be left behind. One that has come back does not leave again.
 bool Thread::StaysAway() {
-  for (int waited = 0; waited < kTimeToComeBack && whereabouts_ == Whereabouts::kAway; ++waited)
+  const auto deadline = std::chrono::steady_clock::now() + kTimeToComeBack;
+  while (whereabouts_ == Whereabouts::kAway) {
+    Whereabouts expected = Whereabouts::kAway;
+    if (std::chrono::steady_clock::now() >= deadline)
+      return whereabouts_.compare_exchange_strong(expected, Whereabouts::kLeftBehind);
     poll(nullptr, 0, 1);
-  Whereabouts expected = Whereabouts::kAway;
-  return whereabouts_.compare_exchange_strong(expected, Whereabouts::kLeftBehind);
+  }
+  return false;
 }
 
 void Thread::KillAll() {
@@ -170,12 +175,14 @@ void Thread::EndAll() {
     const Baton::Turn turn;
     threads = std::exchange(leaving, {});
     KillAll();
-    std::erase_if(running, [](Thread* thread) {
-      const bool staysAway = thread->StaysAway();
-      if (staysAway) thread->thread_.detach();
-      return staysAway;
-    });
-    for (Thread* thread : running) threads.push_back(std::move(thread->thread_));
+    for (Thread* thread : std::vector(running)) {
+      if (thread->StaysAway()) {
+        thread->thread_.detach();
+        std::erase(running, thread);
+      } else {
+        threads.push_back(std::move(thread->thread_));
+      }
+    }
   }
   Join(std::move(threads));
 }

@@ -73,7 +73,7 @@ class Thread : public Object {
   virtual void Event_Run() = 0;
 
  private:
-  enum class Whereabouts { kHere, kAway, kLeftBehind };
+  enum class Whereabouts { kHere, kAway, kLeftBehind };  // the latter two in an `Absence`
 
   void Body();
   void Yield();

@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "framework/Launch.h"
 #include "framework/String.h"
 #include "tests/FolderFixture.h"
 

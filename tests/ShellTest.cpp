@@ -163,9 +163,13 @@ TEST_F(ShellTest, AQuitLeavesAFolderThatHangs) {
     GTEST_SKIP() << "no right to mount";
   setenv("PATH", (folder + ":/usr/bin:/bin").c_str(), 1);
   const auto worker = New<Worker>();
-  worker->Work = [] { Execute("printf x"); };
+  bool begun = false;
+  worker->Work = [&] {
+    begun = true;
+    Execute("printf x");
+  };
   InTurn([&] { worker->Run(); });
-  EXPECT_TRUE(WaitUntil([] { return true; })) << "the turn is held";
+  EXPECT_TRUE(WaitUntil([&] { return begun; })) << "the turn is held";
   class Leaves final : public MainThread {
    public:
     void WaitForInput(const std::vector<int>&, int) override {}
