@@ -38,15 +38,9 @@ void ControlView::Copy(QPoint origin) {
   QWidget& widget = Widget();
   widget.setGeometry(control.Left - origin.x(), control.Top - origin.y(), control.Width, control.Height);
   widget.setEnabled(control.Enabled);
-  widget.setToolTip(ToolTip(Lines(control.HelpTag)));
-  if (!control.AccessibleName.Get().Empty())
-    SetAccessibleName(widget, OneLine(control.AccessibleName));
-  else if (!control.HelpTag.Get().Empty())
-    SetAccessibleName(widget, OneLine(control.HelpTag));
+  if (!control.AccessibleName.Get().Empty()) SetAccessibleName(widget, OneLine(control.AccessibleName));
   if (const QString more = OneLine(control.AccessibleDescription); more != widget.accessibleDescription())
     widget.setAccessibleDescription(more);
   CopyOwn();
-  QWidget& focused = FocusWidget();
-  if (!control.TabStop && (focused.focusPolicy() & Qt::TabFocus)) focused.setFocusPolicy(Qt::ClickFocus);
   widget.setVisible(control.Visible);
 }

@@ -14,16 +14,14 @@ constexpr int kNarrowest = 16;  // pixels a column keeps, and the last one of th
 
 }  // namespace
 
-void ListColumns::SetWidths(const String& widths, int whole) {
+void ListColumns::SetWidths(const String& widths) {
   const int count = Count();
   if (count == 0 || (lastWidth_ > 0 && widths_.Identical(widths))) return;
   widths_ = widths;
   const QStringList given = OneLine(widths).split(',', Qt::SkipEmptyParts);
   for (int column = 0; column < count; ++column) {
-    const int own = column < given.size() ? given[column].toInt() : 0;
-    const int width = own > 0 ? own : whole / count;
     // The widths are counted from the edge of the control, and its frame covers the edge.
-    lastWidth_ = std::max(1, width - (column == 0 ? list_.frameWidth() : 0));
+    lastWidth_ = std::max(1, given.value(column).toInt() - (column == 0 ? list_.frameWidth() : 0));
     list_.setColumnWidth(column, lastWidth_);
   }
   FillWidth();
@@ -37,7 +35,7 @@ void ListColumns::FillWidth() {
 }
 
 int ListColumns::EdgeAt(QPoint position) const {
-  if (!resizable_ || list_.horizontalHeader()->isVisible() || list_.rowAt(position.y()) < 0) return -1;
+  if (list_.rowAt(position.y()) < 0) return -1;
   for (int column = 0; column < Count(); ++column) {
     const int edge = list_.columnViewportPosition(column) + list_.columnWidth(column);
     if (edge < list_.viewport()->width() && std::abs(position.x() - edge) <= kGrip) return column;

@@ -11,10 +11,9 @@ class ListColumns {
  public:
   explicit ListColumns(QTableView& list) : list_(list) {}
 
-  /// Sets the widths, in pixels with commas between them; a column that has none gets its share of `whole`.
-  /// Widths that were set before stay as a person has made them.
-  void SetWidths(const String& widths, int whole);
-  void SetResizable(bool resizable) { resizable_ = resizable; }
+  /// Sets the widths, in pixels with commas between them. Widths that were set before stay as a person has
+  /// made them.
+  void SetWidths(const String& widths);
   void FillWidth();
 
   /// The column whose right edge a person can take hold of there, -1 for none.
@@ -34,7 +33,6 @@ class ListColumns {
   QTableView& list_;
   String widths_;
   int lastWidth_ = 0;  // of the last column, at least
-  bool resizable_ = false;
   QPoint pressedAt_;
   int held_ = -1;      // by its right edge
   int heldWidth_ = 0;  // of that column as it was

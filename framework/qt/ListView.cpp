@@ -42,6 +42,7 @@ ListView::ListView(const Ref<Listbox>& control, QWidget& parent) : ViewOf(contro
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollMode(ScrollPerPixel);
   setHorizontalScrollMode(ScrollPerPixel);
+  horizontalHeader()->hide();
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   horizontalHeader()->setMinimumSectionSize(1);
@@ -58,7 +59,7 @@ void ListView::CopyOwn() {
       Say(*window(), model_.index(row, 0).data(Qt::AccessibleTextRole).toString());
   }
   rowsBehind_ = !control_->Visible;
-  columns_.SetWidths(control_->ColumnWidths, control_->Width);
+  columns_.SetWidths(control_->ColumnWidths);
   CopySelection();
   // Left to the painting of the frame, as Qt leaves it, the layout comes too late for the rows to be painted
   // too.
@@ -70,21 +71,11 @@ void ListView::CopyLook() {
   if (const QFont font = FontOf(*control_); font != this->font() || model_.columnCount() == 0) {
     setFont(font);
     model_.SetFont(font);
-    const int automatic = std::max(QFontMetrics(font).height() + kLeading, kLeastHeight);
     verticalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setDefaultSectionSize(control_->DefaultRowHeight > 0 ? control_->DefaultRowHeight.Get()
-                                                                           : automatic);
+    verticalHeader()->setDefaultSectionSize(std::max(QFontMetrics(font).height() + kLeading, kLeastHeight));
   }
-  const QFrame::Shape frame = control_->Border ? QFrame::StyledPanel : QFrame::NoFrame;
-  if (frame != frameShape()) setFrameShape(frame);  // which has all of the list painted
-  horizontalHeader()->setVisible(control_->HasHeading);
-  setVerticalScrollBarPolicy(!control_->ScrollBarVertical   ? Qt::ScrollBarAlwaysOff
-                             : control_->AutoHideScrollbars ? Qt::ScrollBarAsNeeded
-                                                            : Qt::ScrollBarAlwaysOn);
   ringColor_ = ColorAround(*control_);
   rowLines_ = LineStyle(control_->GridLinesHorizontal);
-  columnLines_ = LineStyle(control_->GridLinesVertical);
-  columns_.SetResizable(control_->ColumnsResizable);
 }
 
 void ListView::CopySelection() {
@@ -138,7 +129,7 @@ bool ListView::event(QEvent* event) {
 
 /// A list in a rectangle has the rectangle's frame instead of the style's.
 void ListView::PaintFrame() {
-  if (ringColor_.isValid() && frameShape() != QFrame::NoFrame) {
+  if (ringColor_.isValid()) {
     QPainter painter(this);
     PaintRing(painter, rect(), ringColor_, ringColor_);
   }
@@ -147,24 +138,17 @@ void ListView::PaintFrame() {
 
 void ListView::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
-  if (rowLines_ == Qt::NoPen && columnLines_ == Qt::NoPen) return;
+  if (rowLines_ == Qt::NoPen) return;
   QPainter painter(viewport());
   QColor color = palette().color(QPalette::Text);
   color.setAlphaF(0.35f);
-  const int bottom = event->rect().bottom();
   QPen pen(color, 1, rowLines_);
   pen.setCapStyle(Qt::FlatCap);  // a dot is as long as it is wide
   painter.setPen(pen);
   for (int row = std::max(rowAt(event->rect().top()), 0); row < model_.rowCount(); ++row) {
     const int y = rowViewportPosition(row) + rowHeight(row) - 1;
-    if (y > bottom) break;
+    if (y > event->rect().bottom()) break;
     painter.drawLine(0, y, viewport()->width(), y);
-  }
-  pen.setStyle(columnLines_);
-  painter.setPen(pen);
-  for (int column = 0; column < model_.columnCount(); ++column) {
-    const int x = columnViewportPosition(column) + columnWidth(column) - 1;
-    painter.drawLine(x, event->rect().top(), x, bottom);
   }
 }
 

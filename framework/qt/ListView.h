@@ -9,8 +9,8 @@
 #include "framework/qt/ListModel.h"
 
 /// A list: whole rows are selected, one at a time; a click below the rows selects none. Columns keep their
-/// widths and are cut off at the right edge; nothing scrolls sideways. Without a heading a person drags the
-/// edges of the columns in the rows themselves; a press there that does not move is a click on the row.
+/// widths and are cut off at the right edge; nothing scrolls sideways. A person drags the edges of the
+/// columns in the rows themselves; a press there that does not move is a click on the row.
 class ListView final : public ViewOf<Listbox, QTableView> {
  public:
   ListView(const Ref<Listbox>& control, QWidget& parent);
@@ -50,7 +50,6 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   ListModel model_;
   ListColumns columns_{*this};
   Qt::PenStyle rowLines_ = Qt::NoPen;
-  Qt::PenStyle columnLines_ = Qt::NoPen;
   QColor ringColor_;        // of the frame, none for the style's own frame
   bool rowsBehind_ = true;  // rows have changed that were not copied as nothing showed
   bool copying_ = false;

@@ -18,6 +18,7 @@ constexpr const char* kPlainText = "text/plain";
 }  // namespace
 
 TextAreaView::TextAreaView(const Ref<TextArea>& control, QWidget& parent) : ViewOf(control, parent) {
+  setTabChangesFocus(true);
   connect(document(), &QTextDocument::contentsChange, this, &TextAreaView::OnChange);
   connect(this, &QPlainTextEdit::textChanged, this, [this] {
     text_ = ShownText::Bytes(document()->toRawText(), 0, seams_.Get());
@@ -29,10 +30,6 @@ void TextAreaView::CopyOwn() {
   const QSignalBlocker blocker(this);
   setReadOnly(control_->ReadOnly);
   if (control_->ReadOnly) setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  setTabChangesFocus(!control_->AcceptTabs);
-  setFrameShape(control_->Border ? QFrame::StyledPanel : QFrame::NoFrame);
-  setVerticalScrollBarPolicy(control_->ScrollbarVertical ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
-  setLineWrapMode(control_->ScrollbarHorizontal ? NoWrap : WidgetWidth);
   if (const QFont font = FontOf(*control_); font != this->font()) setFont(font);
   CopyColors();
   CopyText();
@@ -42,10 +39,8 @@ void TextAreaView::CopyColors() {
   QPalette own;
   own.setColor(QPalette::Text, ToQColor(control_->TextColor));
   own.setColor(QPalette::Base, ToQColor(control_->BackColor));
-  if (control_->HideSelection) {
-    own.setColor(QPalette::Inactive, QPalette::Highlight, ToQColor(control_->BackColor));
-    own.setColor(QPalette::Inactive, QPalette::HighlightedText, ToQColor(control_->TextColor));
-  }
+  own.setColor(QPalette::Inactive, QPalette::Highlight, ToQColor(control_->BackColor));
+  own.setColor(QPalette::Inactive, QPalette::HighlightedText, ToQColor(control_->TextColor));
   setPalette(own);
 }
 
