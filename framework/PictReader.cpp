@@ -220,7 +220,6 @@ class PictReader {
     for (;;) {
       in_.Align();
       const unsigned opcode = in_.Word();
-      if (!in_.Good()) return std::nullopt;
       if (opcode == 0x00FF) break;
       const bool isPixels = (opcode | 1) == 0x0091 || (opcode >= 0x0098 && opcode <= 0x009B);
       if (!(isPixels ? DrawPixels(opcode) : Skip(opcode)) || !in_.Good()) return std::nullopt;

@@ -51,6 +51,7 @@ TEST_F(Prefs, AreReadByLineNumbers) {
       {"\n1.3\n\n\xFFyes\n\nyes\n" + std::string(9000, 'x') + "\nyes\n", ".FU", "1.3"},
       {"\n1.3\n\nyes\n" + std::string(100'000, 'x') + "\nyes\n\nyes\n", "S..", "1.3"},  // not read to its end
   };
+  testing::internal::CaptureStderr();
   RunProgram([&] {
     for (const auto& test : cases) {
       EXPECT_EQ(Loaded(test.Text), test.Settings) << test.Text;
@@ -60,6 +61,7 @@ TEST_F(Prefs, AreReadByLineNumbers) {
     App()->scan = App()->showFeedbackWin = App()->showUnMountBtn = true;
   });
   EXPECT_EQ(ReadPrefs(), kWhole);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(Prefs, AreMadeWithTheirFolder) {

@@ -23,32 +23,13 @@ TEST(Text, MidTakesWhatLiesInBothRangesForAnyNumbers) {
 }
 
 TEST(Text, InStrFindsFromAnyStart) {
-  const struct {
-    Integer Start;
-    const char *Source, *Find;
-    Integer Position;
-  } cases[] = {
-      {0, "Mounted: x", "Mounted:", 1},
-      {kLeast, "ab", "b", 2},
-      {1, "abab", "AB", 1},
-      {2, "abab", "Ab", 3},
-      {3, "abab", "ab", 3},
-      {4, "abab", "ab", 0},
-      {5, "abab", "b", 0},
-      {kMost, "abab", "b", 0},
-      {0, "", "x", 0},
-      {0, "aab", "ab", 2},  // a false start runs into the true one
-      {0, "0: apple_hfs", "Apple_HFS", 4},
-      {0, "ΩΩdISK1", "disk", 3},
-      {0, "\xFF\xFE GB", "GB", 4},  // bytes that are no text count one each
-      {0, "É", "é", 0},             // only ASCII letters have two cases
-      {0, "@[`{", "`{@[", 0},       // and their neighbours have none
-      {0, "[", "{", 0},
-      {0, "ab", "abc", 0},
-  };
-  for (const auto& test : cases)
-    EXPECT_EQ(InStr(test.Start, test.Source, test.Find), test.Position)
-        << test.Start << " \"" << test.Source << "\" \"" << test.Find << "\"";
+  // False starts, bytes that are no text, letters without two cases, and the neighbours of those that have.
+  const String texts[] = {"", "ab", "abab", "aab", "0: apple_hfs", "ΩΩdISK1", "\xFF\xFE GB", "É", "@[`{"};
+  for (const String& text : texts)
+    for (const String find : {"b", "AB", "Ab", "abc", "Apple_HFS", "disk", "GB", "é", "`{@[", "{", "["})
+      for (const Integer start : kNumbers)
+        EXPECT_EQ(InStr(start, text, find), plain::Position(start, plain::Of(text), plain::Of(find)))
+            << start << " \"" << text.Utf8() << "\" \"" << find.Utf8() << "\"";
 }
 
 TEST(Text, TrimTakesAllWhiteSpaceOffTheEndsOnly) {

@@ -16,6 +16,7 @@ std::string TextOf(const Ref<Label>& label) {
 TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
   RunProgram([] {
     EventLoop::Deliver([] {
+      EXPECT_TRUE(Window1()->Left == 415 && Window1()->Top == 260) << "not in the middle of the screen";
       Window1()->UserMove(100, 50);
       const auto first = Window2();
       EXPECT_EQ(first, Window2());
@@ -40,6 +41,7 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       EXPECT_FALSE(_GetImplicitWindow("Window2.Window2"));
 
       const auto information = Window3();
+      EXPECT_TRUE(information->Left == 100 + (450 - 720) / 2 && information->Top == 50 + (800 - 493) / 2);
       information->infoFld()->UserEdit("typed");
       EXPECT_EQ(information->infoFld()->Text.Get().Utf8(), "typed");
       information->UserReturn();
