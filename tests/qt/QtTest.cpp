@@ -110,7 +110,8 @@ QStringList Told(QAccessibleInterface* parent) {
                       QMetaEnum::fromType<QAccessible::Role>().valueToKey(child->role())};
     words += state.disabled ? "disabled" : state.checked ? "checked" : state.readOnly ? "readOnly" : "-";
     if (auto* action = child->actionInterface()) words += action->actionNames();
-    if (auto* widget = qobject_cast<QWidget*>(child->object())) words += QString::number(widget->font().pixelSize());
+    if (auto* widget = qobject_cast<QWidget*>(child->object()))
+      words += QString::number(widget->font().pixelSize());
     if (child->role() == QAccessible::CheckBox) words.removeAll("Press");  // which only newer Qt gives to one
     told += (words.front().isEmpty() ? QStringList() : QStringList(words.join(' '))) + Told(child);
   }
