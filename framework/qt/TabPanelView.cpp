@@ -13,6 +13,11 @@ void Tabs::paintEvent(QPaintEvent* event) {
   PaintFocusRing(*this, tabRect(currentIndex()).adjusted(kInside, kInside, -kInside, -kInside));
 }
 
+void Tabs::initStyleOption(QStyleOptionTab* option, int tab) const {
+  QTabBar::initStyleOption(option, tab);
+  option->features |= QStyleOptionTab::HasFrame;  // as Qt tells it of the tabs of its own panels
+}
+
 TabPanelView::TabPanelView(const Ref<TabPanel>& control, QWidget& parent)
     : ViewOf(control, parent), bar_(this) {
   bar_.setDrawBase(false);
@@ -71,6 +76,7 @@ QStyleOptionTabWidgetFrame TabPanelView::FrameOption() const {
   option.initFrom(this);
   option.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
   option.shape = bar_.shape();
+  option.leftCornerWidgetSize = option.rightCornerWidgetSize = QSize(0, 0);  // theirs is -1, and moves the bar
   option.tabBarSize = bar_.sizeHint().boundedTo({width(), height()});
   option.tabBarRect = bar_.geometry();
   option.selectedTabRect = bar_.tabRect(bar_.currentIndex()).translated(bar_.pos());

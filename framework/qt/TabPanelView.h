@@ -13,12 +13,13 @@ class TabPage final : public QWidget {
   using QWidget::QWidget;
 };
 
-/// Tabs, of which the one in front shows the focus whatever brought it.
+/// Tabs of a panel, of which the one in front shows the focus whatever brought it.
 class Tabs final : public QTabBar {
  public:
   using QTabBar::QTabBar;
 
  protected:
+  void initStyleOption(QStyleOptionTab* option, int tab) const override;
   void paintEvent(QPaintEvent* event) override;
 };
 

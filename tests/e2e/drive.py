@@ -6,8 +6,8 @@ keyboard, over the sample disks. There is no window manager, so windows stand wh
     drive.py --pictures PROGRAM TOOL    looks at the pictures alone, over many lists, tools, scales and both palettes
 
 What the program does is seen in the commands its tool gets, in the addresses its opener gets, in the windows that
-are there, in the pixels of its table and buttons, in its preferences file and in how it ends. After each step every
-window is painted anew, and must look as it did.
+are there, in the pixels of its table and buttons, in its preferences file and in how it ends. On a walk through all
+windows each one is painted anew after every step, and must look as it did.
 """
 
 import itertools
@@ -124,21 +124,15 @@ def mount_and_unmount(screen, program, main):
     at_first = table_after_scan(screen, program, main)
     screen.click(main, FIRST_ROW)
     screen.press(main, "Down", "Down")
-    screen.expect_whole()
     screen.click(main, MOUNT)
     program.expect_commands("mount|disk1s3")
-    screen.expect_whole()
     screen.click(main, SCAN)
     mounted = table_after_scan(screen, program, main)
     assert sum(mounted) < sum(at_first), "the row of the mounted volume has not become bold"
 
     assert len(set(screen.greens(main, UNMOUNT_BUTTON))) == 1, "the unMount button is there unasked"
-    screen.click(main, SETTINGS_TAB)
-    screen.expect_whole()
-    screen.click(main, SHOW_UNMOUNT_BOX)
-    screen.expect_whole()
-    screen.click(main, DISKS_TAB)
-    screen.expect_whole()
+    for place in (SETTINGS_TAB, SHOW_UNMOUNT_BOX, DISKS_TAB):
+        screen.click(main, place)
     until("the unMount button is there", lambda: len(set(screen.greens(main, UNMOUNT_BUTTON))) > 1)
 
     screen.click(main, FIRST_ROW)
@@ -146,7 +140,6 @@ def mount_and_unmount(screen, program, main):
     screen.click(main, UNMOUNT)
     program.expect_commands("unMount|disk1s3")
     until("the feedback window goes", lambda: not screen.others(main))
-    screen.expect_whole()
     screen.click(main, SCAN)
     assert table_after_scan(screen, program, main) == at_first, "the table is not what it was before the mount"
 
@@ -157,7 +150,6 @@ def message_and_report(screen, program, main):
     program.expect_commands("unMount|disk0s2")
     feedback = until("the feedback window comes", lambda: screen.window(397, 102))
     message, = until("a message comes", lambda: screen.others(main, feedback))
-    screen.expect_whole()
     screen.press(message, "Return")
     until("the message and the feedback window go", lambda: not screen.others(main))
 
@@ -168,10 +160,8 @@ def message_and_report(screen, program, main):
     until("the feedback window goes", lambda: not screen.others(main, report))
     feedback, *order = screen.came_and_went()
     assert order[:2] == [report.id, -feedback], f"the feedback window does not go last: {feedback}, {order}"
-    screen.expect_whole()
     screen.press(report, "Return")
     until("the report goes", lambda: not screen.others(main))
-    screen.expect_whole()
 
 
 def links(screen, program, main):

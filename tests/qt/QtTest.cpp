@@ -24,6 +24,7 @@
 #include <utility>
 
 #include "app/MenuBar1.h"
+#include "bench/BareWindow.h"
 #include "framework/EventLoop.h"
 #include "framework/Toolkit.h"
 #include "tests/headless/ProgramFixture.h"
@@ -217,6 +218,28 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     EXPECT_FALSE(Button("unMount")) << "the box was ticked and the program does not know";
     List()->window()->resize(450, 900);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !Button("Scan")->visibleRegion().isEmpty(); })) << "cut off";
+  });
+}
+
+TEST_F(Screen, LooksAsPlainWidgetsDo) {
+  WritePrefs(false, false, false);
+  RunProgram([] {
+    auto* const tabs = Any<QTabBar>();
+    const QPoint content(0, Any<QMenuBar>()->height());
+    QWidget plain(tabs->window());  // as active as that is
+    plain.setAutoFillBackground(true);
+    plain.resize(450, 280);
+    AddBareControls(plain);
+    for (const int tab : {0, 1}) {
+      const QSize part(450, tab == 0 ? 280 : 135);  // what is below is made to fit
+      tabs->setCurrentIndex(tab);
+      plain.findChild<QTabBar*>()->setCurrentIndex(tab);
+      if (QWidget* focus = QApplication::focusWidget()) focus->clearFocus();
+      plain.show();
+      const QImage expected = plain.grab({{}, part}).toImage();
+      plain.hide();
+      EXPECT_TRUE(tabs->window()->grab({content, part}).toImage() == expected) << "tab " << tab;
+    }
   });
 }
 
