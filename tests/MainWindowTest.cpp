@@ -46,11 +46,7 @@ TEST_F(MainWindow, ButtonsTellTheStateAtTheMomentOfSelection) {
       table->UserSelect(0, table->Generation() - 1);  // a row of a list that is gone
     });
     EXPECT_EQ(Buttons(), "");
-    const struct {
-      const char* What;
-      std::function<void()> Do;
-      const char* Enabled;
-    } steps[] = {
+    const std::tuple<const char*, std::function<void()>, const char*> steps[] = {
         {"not mounted", [] { Select(0); }, "mountBtn infoBtn "},
         {"mount", [] { Press("mountBtn"); }, "mountBtn infoBtn "},
         {"again", [] { Select(0); }, "mountBtn infoBtn "},

@@ -164,10 +164,7 @@ TEST_F(ShellTest, AQuitLeavesAFolderThatHangs) {
   setenv("PATH", (folder + ":/usr/bin:/bin").c_str(), 1);
   const auto worker = New<Worker>();
   bool begun = false;
-  worker->Work = [&] {
-    begun = true;
-    Execute("printf x");
-  };
+  worker->Work = [&] { begun = true, Execute("printf x"); };
   InTurn([&] { worker->Run(); });
   EXPECT_TRUE(WaitUntil([&] { return begun; })) << "the turn is held";
   class Leaves final : public MainThread {

@@ -55,11 +55,7 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
 
 TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
   // clang-format off
-  const struct {
-    const char* What;
-    void (*Click)(class AboutWindow& about);
-    std::vector<std::string> Addresses;
-  } cases[] = {
+  const std::tuple<const char*, void (*)(class AboutWindow& about), std::vector<std::string>> cases[] = {
       {"web",         [](auto& about) { about.StaticText5()->UserMouseDown(1, 1); }, {"https://elsewhere.example/"}},  // its own text
       {"mail",        [](auto& about) { about.StaticText6()->UserMouseDown(1, 1); }, {"mailto:contacts@dravik.example?subject=Dravik"}},
       {"donation",    [](auto& about) { about.BevelButton1()->UserPress(); }, {"https://www.dravik.example/paypal.php?app=Dravik"}},
@@ -69,8 +65,8 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
   };
   // clang-format on
   RunProgram([&] {
-    for (const auto& test : cases) {
-      SCOPED_TRACE(test.What);
+    for (const auto& [what, click, addresses] : cases) {
+      SCOPED_TRACE(what);
       TheStage().Addresses.clear();
       Choose("AppleAbout");
       const auto about = AboutWindow();
@@ -86,10 +82,10 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       EventLoop::Deliver([&] {
         about->UserReturn();
         EXPECT_TRUE(about->IsOpen());
-        test.Click(*about);
+        click(*about);
       });
       EXPECT_FALSE(about->IsOpen() || IsOpen("AboutWindow"));
-      EXPECT_EQ(TheStage().Addresses, test.Addresses);
+      EXPECT_EQ(TheStage().Addresses, addresses);
     }
   });
 }

@@ -38,8 +38,7 @@ struct Step {
 };
 
 struct Case {
-  std::string verb;
-  std::string mounts;
+  std::string verb, mounts;
   std::vector<Step> script;
   Requests requests;
   Outcome outcome;

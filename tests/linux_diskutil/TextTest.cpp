@@ -10,10 +10,7 @@
 namespace {
 
 TEST(Text, ComesOutPrintable) {
-  const struct {
-    std::string_view bytes;
-    std::string_view clean;
-  } cases[] = {
+  const std::pair<std::string_view, std::string_view> cases[] = {
       {"  two   words ", "two words"},
       {"line\nend\ttab\x7f", "line?end?tab?"},
       {std::string_view("zero\0byte", 9), "zero?byte"},
@@ -26,7 +23,7 @@ TEST(Text, ComesOutPrintable) {
       {"e\xcc\x81te\xcc\x81", "\xc3\xa9t\xc3\xa9"},
       {"\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x92\xbb", "\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x92\xbb"},
   };
-  for (const auto& each : cases) EXPECT_EQ(diskutil::PrintableText(each.bytes), each.clean) << each.bytes;
+  for (const auto& [bytes, clean] : cases) EXPECT_EQ(diskutil::PrintableText(bytes), clean) << bytes;
   EXPECT_EQ(diskutil::DecodeUdevEscapes("a\\x20b\\xzz\\x4\\x"), "a b\\xzz\\x4\\x");
 }
 

@@ -107,12 +107,13 @@ QStringList Told(QAccessibleInterface* parent) {
     const QAccessible::State state = child->state();
     if (state.invisible || child->role() == QAccessible::Notification) continue;
     EXPECT_GE(child->parent()->indexOfChild(child), 0);
-    QStringList words{child->text(QAccessible::Name),
-                      QMetaEnum::fromType<QAccessible::Role>().valueToKey(child->role())};
+    QStringList words{
+        (child->text(QAccessible::Name) + ' ' + child->text(QAccessible::Description)).trimmed(),
+        QMetaEnum::fromType<QAccessible::Role>().valueToKey(child->role())};
     words += state.disabled ? "disabled" : state.checked ? "checked" : state.readOnly ? "readOnly" : "-";
     if (auto* action = child->actionInterface()) words += action->actionNames();
     if (auto* widget = qobject_cast<QWidget*>(child->object()))
-      words += QString::number(widget->font().pixelSize());
+      words += QString::number(widget->font().pixelSize()) + (widget->font().bold() ? "b" : "");
     if (child->role() == QAccessible::CheckBox) words.removeAll("Press");  // which only newer Qt gives to one
     told += (words.front().isEmpty() ? QStringList() : QStringList(words.join(' '))) + Told(child);
   }
@@ -148,7 +149,7 @@ void QueueClick(QWidget* widget) {
                         0);
 }
 
-const std::string kReport = "   Mounted:                  No\r\n\x01\xFF\rz" + std::string(5000, 'y');
+const std::string kReport = "   Mounted:                  No\r\n\x01\xFF\rzä€😀" + std::string(5000, 'y');
 
 class Screen : public ProgramFixture {
  protected:
@@ -180,9 +181,7 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     EXPECT_EQ(List()->window()->size(), QSize(450, 280 + above));
     EXPECT_EQ(List()->window()->windowTitle(), "Dravik");
     for (const auto& [column, left] : {std::pair(1, 237), std::pair(2, 317), std::pair(3, 337)})
-      EXPECT_EQ(
-          List()->viewport()->mapTo(List()->window(), QPoint(List()->columnViewportPosition(column), 0)).x(),
-          left);
+      EXPECT_EQ(InWindow(List()->viewport()).left() + List()->columnViewportPosition(column), left);
     EXPECT_EQ(List()->horizontalScrollBar()->maximum(), 0);
 
     const auto onEdge = [](int row) { return QPoint(200, InRow(row).y()); };
@@ -191,8 +190,14 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
     Click(List()->viewport(), {60, 120});
     EXPECT_FALSE(IsEnabled("infoBtn") || Button("Mount")->isEnabled());
     QTest::keyClick(List(), Qt::Key_Return);
-    QTest::keyClick(List(), Qt::Key_Down);
-    QTest::keyClick(List(), Qt::Key_End);
+    std::string rows;
+    for (auto key : {Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Down, Qt::Key_Home, Qt::Key_PageDown, Qt::Key_End}) {
+      QTest::keyClick(List(), key);
+      rows += std::to_string(Read([] { return Window1()->ListBox2()->ListIndex(); }));
+    }
+    EXPECT_EQ(rows, "101011");
+    const QImage line = List()->viewport()->grab({0, List()->rowViewportPosition(1) - 1, 9, 1}).toImage();
+    EXPECT_NE(line.copy(0, 0, 8, 1), line.copy(1, 0, 8, 1)) << "no dots below a row";
     QTest::keyClick(List(), Qt::Key_Return);
     EXPECT_EQ(Calls().back(), "mount|disk7s3");
     QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, onEdge(0));
@@ -225,6 +230,14 @@ TEST_F(Screen, LooksAsPlainWidgetsDo) {
   WritePrefs(false, false, false);
   RunProgram([] {
     auto* const tabs = Any<QTabBar>();
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusWidget(); }));
+    QImage last;
+    for (const char* stop : {"table", "Scan", "tabs", "table"}) {
+      const QImage picture = tabs->window()->grab().toImage();
+      EXPECT_NE(picture, last) << "the focus does not show on its way to the " << stop;
+      last = picture;
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
     const QPoint content(0, Any<QMenuBar>()->height());
     QWidget plain(tabs->window());  // as active as that is
     plain.setAutoFillBackground(true);
@@ -311,6 +324,8 @@ TEST_F(Screen, ShowsTheReportAsPlainTextThatCanBeEdited) {
     };
     EXPECT_EQ(report->blockCount(), 5);  // the long line is cut twice
     EXPECT_EQ(copied(), kReport);
+    report->paste();  // in its own place
+    EXPECT_EQ(copied(), kReport);
     report->moveCursor(QTextCursor::Start);
     report->setFocus();
     report->activateWindow();
@@ -358,7 +373,7 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
     hears("Executing the command 'diskutil list' Looking for Drives / Partitions Please wait...|2 volumes");
     for (QWidget* part : List()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
       EXPECT_GE(QAccessible::queryAccessibleInterface(List())->indexOfChild(QAccessible::queryAccessibleInterface(part)), 0);
-    finds(List(), "Disks and partitions Table - 12|Backup, mounted Cell - Toggle|120.5 GB Cell - Toggle|disk7s2 Cell - Toggle|<b> x</b>\uFFFD, not mounted Cell - Toggle|1.0 GB Cell - Toggle|disk7s3 Cell - Toggle|Scan Button - Press SetFocus 12|Mount Button disabled 12|Info... Button disabled 12|Disk/partition name StaticText - 11|Identifier StaticText - 11|Size StaticText - 11|unMount Button disabled 12");
+    finds(List(), "Disks and partitions Table - 12|Backup, mounted Cell - Toggle|120.5 GB Cell - Toggle|disk7s2 Cell - Toggle|<b> x</b>\uFFFD, not mounted Cell - Toggle|1.0 GB Cell - Toggle|disk7s3 Cell - Toggle|Scan Button - Press SetFocus 12|Mount Button disabled 12|Info... Button disabled 12|Disk/partition name StaticText - 11b|Identifier StaticText - 11b|Size StaticText - 11b|unMount Button disabled 12");
     Click(List()->viewport(), InRow(1));
     Click(Button("Mount"));
     hears("Executing the command 'diskutil mount' Mounting «<b> x</b>\uFFFD». Please wait...|<b> x</b>\uFFFD, mounted");
@@ -374,16 +389,16 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
     Click(Button("unMount"));
     hears("Executing the command 'diskutil unmount' unMounting «Backup». Please wait...|Backup, not mounted");
     Click(Button("Info..."));
-    finds(Any<QPlainTextEdit>(), "OK Button - Press SetFocus 10|diskutil info for: Backup (disk7s2) StaticText - 14|Report EditableText - SetFocus 11");
+    finds(Any<QPlainTextEdit>(), "OK Button - Press SetFocus 10|diskutil info for: Backup (disk7s2) StaticText - 14b|Report EditableText - SetFocus 11");
     Click(Button("OK"));
     Any<QTabBar>()->setCurrentIndex(1);
-    finds(Any<QCheckBox>(), "Perform 'diskutil list' (scan) on startup CheckBox - Toggle SetFocus 12|Show the \"unMount\" button CheckBox checked Toggle SetFocus 12|Show the feedback win when performing Mount or unMount CheckBox checked Toggle SetFocus 12|Using this function may be slowen then ejecting using the Finder StaticText - 10");
+    finds(Any<QCheckBox>(), "Perform 'diskutil list' (scan) on startup CheckBox - Toggle SetFocus 12|Show the \"unMount\" button Using this function may be slowen then ejecting using the Finder CheckBox checked Toggle SetFocus 12|Show the feedback win when performing Mount or unMount CheckBox checked Toggle SetFocus 12|Using this function may be slowen then ejecting using the Finder StaticText - 10");
     WithText<QCheckBox>("Show the feedback win when performing Mount or unMount")->toggle();
     Any<QTabBar>()->setCurrentIndex(0);
     Click(Button("Scan"));
     hears("Executing the command 'diskutil info' Reading info for «Backup». Please wait...|Scanning|2 volumes");
     Choose("AppleAbout");
-    finds(WithText<QLabel>("Dravik"), "Logo Graphic - -1|Dravik StaticText - 24|Version 1.4 - December, 2013 StaticText - 11|About this application EditableText readOnly SetFocus 11|https://www.dravik.example/ Link - SetFocus Press 12|contact@dravik.example Link - SetFocus Press 12|Donate Button - Press SetFocus 13|This application is free, but donate via PayPal if you'd like. ;-) StaticText - 10");
+    finds(WithText<QLabel>("Dravik"), "Logo Graphic - -1|Dravik StaticText - 24b|Version 1.4 - December, 2013 StaticText - 11|About this application EditableText readOnly SetFocus 11|https://www.dravik.example/ Link - SetFocus Press 12|contact@dravik.example Link - SetFocus Press 12|Donate Button - Press SetFocus 13|This application is free, but donate via PayPal if you'd like. ;-) StaticText - 10");
     // clang-format on
     Click(WithText<QLabel>("Dravik"));
   });
