@@ -76,7 +76,7 @@ QStyleOptionTabWidgetFrame TabPanelView::FrameOption() const {
   option.initFrom(this);
   option.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
   option.shape = bar_.shape();
-  option.leftCornerWidgetSize = option.rightCornerWidgetSize = QSize(0, 0);  // theirs is -1, and moves the bar
+  option.leftCornerWidgetSize = option.rightCornerWidgetSize = QSize(0, 0);  // left unset they move the bar
   option.tabBarSize = bar_.sizeHint().boundedTo({width(), height()});
   option.tabBarRect = bar_.geometry();
   option.selectedTabRect = bar_.tabRect(bar_.currentIndex()).translated(bar_.pos());
