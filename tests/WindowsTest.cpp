@@ -85,6 +85,7 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
         click(*about);
       });
       EXPECT_FALSE(about->IsOpen() || IsOpen("AboutWindow"));
+      web->UserMouseDown(1, 1);  // which has gone
       EXPECT_EQ(TheStage().Addresses, addresses);
     }
   });

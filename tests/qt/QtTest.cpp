@@ -417,7 +417,6 @@ TEST_F(Screen, ClosesTheAboutWindowInItsOwnEvents) {
 
     Choose("AppleAbout");
     QTest::keyClick(WithText<QLabel>("contact@dravik.example"), Qt::Key_Space);
-    EXPECT_FALSE(Any<QPlainTextEdit>());
     EXPECT_TRUE(QTest::qWaitFor([&] { return opened().ends_with("?subject=Dravik\n"); }));
     EventLoop::Toolkit()->OpenAddress("--help");
 
