@@ -55,7 +55,8 @@ void AddTable(QWidget& parent, QRect place) {
   table->setFont(FontOf(12));
   table->horizontalHeader()->hide();
   table->verticalHeader()->hide();
-  table->setFrameStyle(QFrame::Box | QFrame::Plain);
+  table->setFrameShape(QFrame::Box);
+  table->setFrameShadow(QFrame::Plain);
   table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   table->setSelectionBehavior(QAbstractItemView::SelectRows);
   table->setGeometry(place);

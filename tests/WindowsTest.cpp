@@ -79,7 +79,7 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 255) && web->Underline && !mail->Underline);
       web->UserMouseExit();
       EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 0) && !web->Underline);
-      EventLoop::Deliver([&] {
+      EventLoop::Deliver([&about, click = click] {
         about->UserReturn();
         EXPECT_TRUE(about->IsOpen());
         click(*about);
