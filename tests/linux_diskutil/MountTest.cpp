@@ -103,8 +103,7 @@ TEST(Mount, GoesThroughUdisks) {
     const Outcome outcome =
         diskutil::RunCommand({each.verb, "disk7s2"}, diskutil::Udisks(10s, silent ? 1s : 10s));
     EXPECT_EQ(mock.Requests(), each.requests);
-    EXPECT_EQ(outcome.status, each.outcome.status);
-    EXPECT_EQ(outcome.text, each.outcome.text);
+    EXPECT_EQ(std::pair(outcome.status, outcome.text), std::pair(each.outcome.status, each.outcome.text));
   }
 }
 
