@@ -7,7 +7,7 @@
 namespace {
 
 constexpr const char* kFileName = "Dravik.prefs";
-// The version of the file's format, which has a life of its own beside the program's.
+/// The version of the file's format, which has a life of its own beside the program's.
 constexpr const char* kFormatVersion = "1.3";
 
 String YesOrNo(bool value) {
@@ -52,8 +52,8 @@ void App::savePrefs() {
   stream->Close();
 }
 
-// The file goes by line numbers: every other line is a comment for a person who opens it, and anything but
-// "yes" on a value's line means no.
+/// The file goes by line numbers: every other line is a comment for a person who opens it, and anything but
+/// "yes" on a value's line means no.
 void App::loadPrefs() {
   const auto file = SpecialFolder::Preferences()->Child(kFileName);
   if (!file->Exists()) {

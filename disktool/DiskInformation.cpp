@@ -1,4 +1,4 @@
-#include "framework/Application.h"
+#include "framework/Messages.h"
 #include "framework/Shell.h"
 #include "framework/Text.h"
 #include "windows/Window1.h"

@@ -40,7 +40,7 @@ String IdentifierIn(const String& line) {
   return Trim(Mid(line, disk, Len(line)));
 }
 
-// The report says "   Mounted:                  Yes" or "No", which the line's end follows.
+/// The report says "   Mounted:                  Yes" or "No", which the line's end follows.
 bool SaysMounted(const String& report) {
   const Integer mark = InStr(0, report, "Mounted:");
   return Trim(Mid(report, mark + kMountedOffset, kMountedLength)) == "yes";

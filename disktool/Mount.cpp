@@ -1,6 +1,6 @@
 #include "app/App.h"
 #include "disktool/RowStyle.h"
-#include "framework/Application.h"
+#include "framework/Messages.h"
 #include "framework/Shell.h"
 #include "framework/Text.h"
 #include "windows/Window1.h"

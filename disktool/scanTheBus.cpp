@@ -1,6 +1,7 @@
 #include "disktool/scanTheBus.h"
 
 #include "framework/Application.h"
+#include "framework/Messages.h"
 #include "framework/Shell.h"
 #include "framework/Text.h"
 #include "windows/Window1.h"
@@ -13,8 +14,8 @@ constexpr Integer kCarriageReturn = 13;
 
 }  // namespace
 
-// CR and LF each end a line, so a CR LF pair adds an empty row, which the filter takes out again. What stands
-// behind the last line end is no line.
+/// CR and LF each end a line, so a CR LF pair adds an empty row, which the filter takes out again. What
+/// stands behind the last line end is no line.
 void SplitIntoLines(const String& text, Listbox& lines) {
   const Integer limit = Len(text);
   String line;
@@ -30,8 +31,8 @@ void SplitIntoLines(const String& text, Listbox& lines) {
   }
 }
 
-// The whole line is looked at, not its type alone. From the bottom up, the rows still to come keep their
-// indexes.
+/// The whole line is looked at, not its type alone. From the bottom up, the rows still to come keep their
+/// indexes.
 void KeepPlainHfs(Listbox& lines) {
   for (int row = lines.ListCount() - 1; row >= 0; --row) {
     const String text = lines.Cell(row, 0);

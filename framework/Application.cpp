@@ -17,7 +17,7 @@
 #include "framework/CleanStart.h"
 #include "framework/EventLoop.h"
 #include "framework/FolderItem.h"
-#include "framework/QuitMenuItem.h"
+#include "framework/Messages.h"
 #include "framework/Screen.h"
 #include "framework/Thread.h"
 #include "framework/Toolkit.h"
@@ -154,11 +154,6 @@ void Quit(int exitStatus) {
   TheRun().exitStatus = exitStatus;
   Thread::KillAll();
   EventLoop::EndSoon();
-}
-
-bool QuitMenuItem::Event_Action() {
-  Quit(0);
-  return true;
 }
 
 void ShowURL(const String& address) {

@@ -4,7 +4,6 @@
 
 #include "framework/MenuHandlers.h"
 #include "framework/MenuItem.h"
-#include "framework/Messages.h"
 #include "framework/Object.h"
 
 /// The application object, and the order of the framework's run around it. There is one.

@@ -8,7 +8,7 @@ std::atomic<int> Baton::wanted_{0};
 
 namespace {
 
-// Tickets: each comer draws the next number and waits until it is served.
+/// Tickets: each comer draws the next number and waits until it is served.
 std::mutex mutex;
 std::condition_variable served;
 std::uint64_t nextTicket = 0;

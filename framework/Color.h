@@ -4,7 +4,7 @@
 
 /// A colour, 0xRRGGBB.
 struct Color {
-  std::uint32_t Value = 0x000000;
+  std::uint32_t rgb = 0x000000;
   friend bool operator==(Color, Color) = default;
 };
 

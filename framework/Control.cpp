@@ -3,21 +3,21 @@
 void Control::MarkStale() {
   if (stale_) return;
   stale_ = true;
-  if (window_) window_->ControlChanged();
+  if (container_) container_->ControlChanged();
 }
 
 void Control::Apply(const Place& place) {
-  InitialParent = place.Parent;
-  TabPanelIndex = place.Panel;
-  TabIndex = place.TabIndex;
-  Left = place.Left;
-  Top = place.Top;
-  Width = place.Width;
-  Height = place.Height;
-  LockLeft = (place.Lock & kLockLeft) != 0;
-  LockTop = (place.Lock & kLockTop) != 0;
-  LockRight = (place.Lock & kLockRight) != 0;
-  LockBottom = (place.Lock & kLockBottom) != 0;
+  InitialParent = place.parent;
+  TabPanelIndex = place.panel;
+  TabIndex = place.tabIndex;
+  Left = place.left;
+  Top = place.top;
+  Width = place.width;
+  Height = place.height;
+  LockLeft = (place.locks & kLockLeft) != 0;
+  LockTop = (place.locks & kLockTop) != 0;
+  LockRight = (place.locks & kLockRight) != 0;
+  LockBottom = (place.locks & kLockBottom) != 0;
 }
 
 void Control::FollowWindow(int wider, int higher) {
@@ -37,7 +37,7 @@ void Control::FollowWindow(int wider, int higher) {
 
 bool Control::OnFrontPanel() const {
   if (TabPanelIndex == 0) return true;
-  for (const auto& control : window_->Controls())
+  for (const auto& control : container_->Controls())
     if (const int front = control->FrontPanel()) return front == TabPanelIndex;
   return true;
 }

@@ -14,11 +14,11 @@ constexpr Locks operator|(Locks a, Locks b) {
 /// Where a control stands, as a row of a design table. Geometry is in pixels from the top left corner of the
 /// window's content.
 struct Place {
-  const char* Parent = "";  // the control it stands on, empty for the window itself
-  int Panel = 0;            // 0 for the window itself, else the tab, counted from 1
-  int TabIndex = 0;
-  int Left = 0, Top = 0, Width = 0, Height = 0;
-  Locks Lock = kLockLeft | kLockTop;
+  const char* parent = "";  // the control it stands on, empty for the window itself
+  int panel = 0;            // 0 for the window itself, else the tab, counted from 1
+  int tabIndex = 0;
+  int left = 0, top = 0, width = 0, height = 0;
+  Locks locks = kLockLeft | kLockTop;
 };
 
 class Control;
@@ -61,11 +61,12 @@ class Control : public Viewed {
 
   void Apply(const Place& place);
 
-  /// The window it stands in; nullptr once that has been closed.
-  Container* Window() const { return window_; }
+  /// What it stands in; nullptr once the window has been closed.
+  Container* StandsIn() const { return container_; }
+  void StandIn(Container* container) { container_ = container; }
 
   /// True while a user can act on it: enabled, and showing in an open window, on a tab that is in front.
-  bool Reachable() const { return window_ && Enabled && Visible && OnFrontPanel(); }
+  bool Reachable() const { return container_ && Enabled && Visible && OnFrontPanel(); }
 
   /// The panel that shows in front, counted from 1, for a control that has panels; 0 for any other.
   virtual int FrontPanel() const { return 0; }
@@ -80,11 +81,9 @@ class Control : public Viewed {
   bool TakeStale() { return std::exchange(stale_, false); }
 
  private:
-  friend class Window;
-
   bool OnFrontPanel() const;
 
-  Container* window_ = nullptr;
+  Container* container_ = nullptr;
   bool stale_ = true;
 };
 

@@ -114,11 +114,11 @@ bool EventLoop::Quitting() {
   return TheLoop().quitting;
 }
 
-void EventLoop::Deliver(std::function<void()> event) {
+void EventLoop::DeliverOrThrow(std::function<void()> event) {
   State& loop = TheLoop();
   if (loop.quitting) return;
   if (loop.handlers > 0 || Baton::HeldHere()) {
-    Admit([&] { loop.deferred.push_back(std::move(event)); });
+    loop.deferred.push_back(std::move(event));
     return;
   }
   const Baton::Turn turn;

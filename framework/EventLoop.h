@@ -4,6 +4,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "framework/MenuItem.h"
 
@@ -30,25 +31,22 @@ class EventLoop {
   // --- What the toolkit hands back, on the main thread ----------------------------------------------------
 
   /// Runs a handler of the program: takes the baton, treats an exception, hands what has changed to the
-  /// screen. An event that comes in the middle of another handler waits for its end.
-  static void Deliver(std::function<void()> event);
-  /// Writes down what a user has done that no handler of the program hears of, such as moving a window. Never
+  /// screen. An event that comes in the middle of another handler waits for its end. One that there is no
+  /// memory for is lost, and standard error says so: no exception may pass through a toolkit.
+  template <class F>
+  static void Deliver(F&& event) {
+    try {
+      DeliverOrThrow(std::forward<F>(event));
+    } catch (const std::exception& exception) {
+      std::fprintf(stderr, "An event was lost: %s\n", exception.what());
+    }
+  }
+  /// Records what a user has done where no handler of the program is told, such as moving a window. Never
   /// waits for another handler.
   static void Record(const std::function<void()>& change);
   /// After `Toolkit::Wake`: hands what has changed to the screen, runs what was posted, leaves the loop when
   /// its end has been asked for.
   static void RunPending();
-
-  /// Takes an event over from a toolkit, through whose code no exception may pass: one that there is no
-  /// memory for is lost, and standard error says so.
-  template <class F>
-  static void Admit(F&& event) {
-    try {
-      event();
-    } catch (const std::exception& exception) {
-      std::fprintf(stderr, "An event was lost: %s\n", exception.what());
-    }
-  }
 
   // --- What the rest of the framework asks of it ----------------------------------------------------------
 
@@ -65,4 +63,7 @@ class EventLoop {
 
   /// nullptr before the start and after the end.
   static ::Toolkit* Toolkit();
+
+ private:
+  static void DeliverOrThrow(std::function<void()> event);
 };

@@ -1,13 +1,11 @@
 #include "framework/FolderItem.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <span>
 
@@ -42,23 +40,6 @@ std::string Bytes(const std::string& path, std::size_t largest) {
     if (got == 0) return bytes;
   }
   return {};
-}
-
-std::string Environment(const char* name) {
-  const char* const value = std::getenv(name);
-  return value ? value : "";
-}
-
-std::string HomeFolder() {
-  if (std::string home = Environment("HOME"); !home.empty()) return home;
-  const passwd* const user = getpwuid(getuid());
-  return user && user->pw_dir ? user->pw_dir : "";
-}
-
-/// The folder of that name in the user's home folder; empty where no home can be told.
-std::string InHome(const char* name) {
-  const std::string home = HomeFolder();
-  return home.starts_with('/') ? home + name : "";
 }
 
 FolderItem::PictureReader readOtherPicture = [](const std::string&) { return PictureRef(); };
@@ -100,12 +81,7 @@ PictureRef FolderItem::OpenAsPicture() const {
 }
 
 Ref<FolderItem> SpecialFolder::Preferences() {
-#ifdef __APPLE__
-  std::string folder = InHome("/Library/Preferences");
-#else
-  std::string folder = Environment("XDG_CONFIG_HOME");
-  if (!folder.starts_with('/')) folder = InHome("/.config");
-#endif
+  std::string folder = PreferencesFolder();
   if (folder.empty()) return nullptr;
   std::error_code failed;  // a folder that cannot be made shows when a file in it cannot be
   fs::create_directories(folder, failed);

@@ -1,12 +1,15 @@
 #include "framework/Folders.h"
 
-#include <filesystem>
+#include <pwd.h>
+#include <unistd.h>
 #ifdef __APPLE__
 #include <mach-o/dyld.h>
+#endif
 
 #include <array>
 #include <cstdint>
-#endif
+#include <cstdlib>
+#include <filesystem>
 
 namespace {
 
@@ -39,7 +42,29 @@ std::string Installed(const char* kind, [[maybe_unused]] const char* inBundle) {
   return fs::is_directory(ours, failed) ? ours.string() : std::string();
 }
 
+/// The folder of that name in the user's home folder; empty where no home can be told.
+std::string InHome(const char* name) {
+  std::string home = Environment("HOME");
+  if (const passwd* const user = home.empty() ? getpwuid(getuid()) : nullptr; user && user->pw_dir)
+    home = user->pw_dir;
+  return home.starts_with('/') ? home + name : "";
+}
+
 }  // namespace
+
+std::string Environment(const char* name, const char* otherwise) {
+  const char* const value = std::getenv(name);
+  return value ? value : otherwise;
+}
+
+std::string PreferencesFolder() {
+#ifdef __APPLE__
+  return InHome("/Library/Preferences");
+#else
+  std::string folder = Environment("XDG_CONFIG_HOME");
+  return folder.starts_with('/') ? folder : InHome("/.config");
+#endif
+}
 
 std::string ToolFolder() {
   static const auto& folder = *new std::string(Installed("libexec", "Helpers"));  // threads outlive statics

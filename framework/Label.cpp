@@ -5,5 +5,5 @@ void Label::UserMouseDown(int x, int y) {
   if (MouseDown)
     MouseDown(Ref<Label>(this), x, y);
   else
-    Window()->UserMouseDown(Left + x, Top + y);
+    StandsIn()->UserMouseDown(Left + x, Top + y);
 }

@@ -13,23 +13,18 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <sstream>
 #include <system_error>
 #include <thread>
 
+#include "framework/Folders.h"
 #include "framework/Pipe.h"
 
 extern char** environ;
 
 namespace {
-
-std::string Environment(const char* name, const char* otherwise) {
-  const char* const value = std::getenv(name);
-  return value ? value : otherwise;
-}
 
 enum class Found { kNo, kNotExecutable, kYes };
 
@@ -140,7 +135,7 @@ Descriptor OpenFile() {
 
 struct Launch::Job {
   Job(const std::vector<std::string>& theWords, const std::string& folder, Outlet wanted)
-      : words(theWords), path(Environment("PATH", "")), toolFolder(folder), outlet(wanted) {}
+      : words(theWords), path(Environment("PATH")), toolFolder(folder), outlet(wanted) {}
 
   std::vector<std::string> words;
   std::string path, toolFolder;

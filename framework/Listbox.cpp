@@ -11,7 +11,7 @@ Listbox::Row::Row(std::size_t cells) {
 
 void Listbox::AddRow(const String& text) {
   Row row(static_cast<std::size_t>(std::max<int>(ColumnCount, 1)));
-  row[0].Text = text;
+  row[0].text = text;
   rows_.Append(std::move(row));
   Stale(ListCount() - 1);
 }
@@ -19,7 +19,7 @@ void Listbox::AddRow(const String& text) {
 void Listbox::RemoveRow(int row) {
   if (row < 0 || row >= ListCount()) return;
   rows_.Remove(static_cast<std::size_t>(row));
-  changes_.RowsRemoved = true;
+  changes_.rowsRemoved = true;
   ++generation_;
   MarkStale();
   if (row < listIndex_) {
@@ -32,26 +32,26 @@ void Listbox::RemoveRow(int row) {
 void Listbox::DeleteAllRows() {
   if (ListCount() == 0) return;
   rows_.Clear();
-  changes_.RowsRemoved = true;
+  changes_.rowsRemoved = true;
   ++generation_;
   MarkStale();
   ListIndex(-1);
 }
 
 void Listbox::Cell(int row, int column, const String& text) {
-  if (CellData* cell = Writable(row, column)) cell->Text = text;
+  if (CellData* cell = Writable(row, column)) cell->text = text;
 }
 
 void Listbox::CellBold(int row, int column, bool bold) {
-  if (CellData* cell = Writable(row, column)) cell->Bold = bold;
+  if (CellData* cell = Writable(row, column)) cell->bold = bold;
 }
 
 void Listbox::CellItalic(int row, int column, bool italic) {
-  if (CellData* cell = Writable(row, column)) cell->Italic = italic;
+  if (CellData* cell = Writable(row, column)) cell->italic = italic;
 }
 
 void Listbox::CellAlignment(int row, int column, int alignment) {
-  if (CellData* cell = Writable(row, column)) cell->Alignment = alignment;
+  if (CellData* cell = Writable(row, column)) cell->alignment = alignment;
 }
 
 void Listbox::ListIndex(int row) {
@@ -96,12 +96,12 @@ Listbox::CellData* Listbox::Writable(int row, int column) {
 }
 
 void Listbox::Stale(int row) {
-  if (changes_.FirstStale == changes_.EndStale) {
-    changes_.FirstStale = row;
-    changes_.EndStale = row + 1;
+  if (changes_.firstStale == changes_.endStale) {
+    changes_.firstStale = row;
+    changes_.endStale = row + 1;
   } else {
-    changes_.FirstStale = std::min(changes_.FirstStale, row);
-    changes_.EndStale = std::max(changes_.EndStale, row + 1);
+    changes_.firstStale = std::min(changes_.firstStale, row);
+    changes_.endStale = std::max(changes_.endStale, row + 1);
   }
   MarkStale();
 }

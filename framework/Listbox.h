@@ -13,10 +13,10 @@
 class Listbox : public TextControl {
  public:
   struct CellData {
-    String Text;
-    bool Bold = false;
-    bool Italic = false;
-    int Alignment = 0;
+    String text;
+    bool bold = false;
+    bool italic = false;
+    int alignment = 0;
   };
   /// The cells of a row. A row of one cell, of which a list of lines has many, takes no memory beside itself.
   class Row {
@@ -37,12 +37,12 @@ class Listbox : public TextControl {
     std::variant<Many, CellData> cells_;
   };
 
-  /// What has changed since the screen last copied the rows. Rows below `FirstStale` and from `EndStale` on
+  /// What has changed since the screen last copied the rows. Rows below `firstStale` and from `endStale` on
   /// are as they were, unless rows have been removed: then nothing is.
   struct Changes {
-    int FirstStale = 0;
-    int EndStale = 0;
-    bool RowsRemoved = false;
+    int firstStale = 0;
+    int endStale = 0;
+    bool rowsRemoved = false;
   };
 
   Property<int> ColumnCount{this, 1};
@@ -77,13 +77,13 @@ class Listbox : public TextControl {
   void DeleteAllRows();
   int ListCount() const { return static_cast<int>(rows_.Size()); }
 
-  const String& Cell(int row, int column) const { return At(row, column).Text; }
+  const String& Cell(int row, int column) const { return At(row, column).text; }
   void Cell(int row, int column, const String& text);
-  bool CellBold(int row, int column) const { return At(row, column).Bold; }
+  bool CellBold(int row, int column) const { return At(row, column).bold; }
   void CellBold(int row, int column, bool bold);
-  bool CellItalic(int row, int column) const { return At(row, column).Italic; }
+  bool CellItalic(int row, int column) const { return At(row, column).italic; }
   void CellItalic(int row, int column, bool italic);
-  int CellAlignment(int row, int column) const { return At(row, column).Alignment; }
+  int CellAlignment(int row, int column) const { return At(row, column).alignment; }
   /// 0 the column's own, 1 left, 2 centred, 3 right.
   void CellAlignment(int row, int column, int alignment);
 

@@ -48,7 +48,7 @@ void Menus::Refresh(const Ref<Window>& front) {
     if (application->MenuBar) EnableItems(*application->MenuBar, front);
     application->Event_EnableMenuItems();
   };
-  EventLoop::Admit([&] { EventLoop::Deliver(refresh); });
+  EventLoop::Deliver(refresh);
 }
 
 void Menus::Choose(const Ref<MenuItem>& item, const Ref<Window>& front) {
@@ -58,5 +58,5 @@ void Menus::Choose(const Ref<MenuItem>& item, const Ref<Window>& front) {
     if (Application::Current()->Handlers().Run(item->Name) || item->Event_Action()) return;
     if (const EditItem* edit = EditItemNamed(item->Name)) EventLoop::Toolkit()->Edit(edit->command);
   };
-  EventLoop::Admit([&] { EventLoop::Deliver(choose); });
+  EventLoop::Deliver(choose);
 }

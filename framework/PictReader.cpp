@@ -59,16 +59,16 @@ class Cursor {
 };
 
 struct Rect {
-  int Top = 0, Left = 0, Bottom = 0, Right = 0;
+  int top = 0, left = 0, bottom = 0, right = 0;
 
-  int Width() const { return Right - Left; }
-  int Height() const { return Bottom - Top; }
-  int Area() const { return Width() * Height(); }
+  int Width() const { return right - left; }
+  int Height() const { return bottom - top; }
+  int PixelCount() const { return Width() * Height(); }
   bool IsSane() const {
     return Width() > 0 && Height() > 0 && Width() <= kLargestSide && Height() <= kLargestSide;
   }
   bool Holds(const Rect& other) const {
-    return other.Top >= Top && other.Left >= Left && other.Bottom <= Bottom && other.Right <= Right;
+    return other.top >= top && other.left >= left && other.bottom <= bottom && other.right <= right;
   }
 };
 
@@ -86,19 +86,19 @@ enum class Packing { kNone, kNoPad, kByteRuns, kWordRuns, kComponentRuns };
 
 /// How the rows of one pixel image are stored.
 struct PixelMap {
-  Rect Bounds;
-  unsigned RowBytes = 0;
-  unsigned PixelSize = 1;
-  unsigned Components = 1;
-  Packing Pack = Packing::kNone;
+  Rect bounds;
+  unsigned rowBytes = 0;
+  unsigned pixelSize = 1;
+  unsigned components = 1;
+  Packing packing = Packing::kNone;
   /// A plain bit map has no table: 0 is white and 1 is black.
-  std::array<std::uint32_t, 256> Colors{0xFFFFFFFF, kOpaque};
+  std::array<std::uint32_t, 256> colors{0xFFFFFFFF, kOpaque};
 
   /// Bytes of a row once it is unpacked.
   std::size_t RowSize() const {
-    if (Pack == Packing::kNoPad) return RowBytes / 4 * 3;
-    if (Pack == Packing::kComponentRuns) return RowBytes / 4 * Components;
-    return RowBytes;
+    if (packing == Packing::kNoPad) return rowBytes / 4 * 3;
+    if (packing == Packing::kComponentRuns) return rowBytes / 4 * components;
+    return rowBytes;
   }
 };
 
@@ -106,12 +106,12 @@ bool ReadColors(Cursor& in, PixelMap& map) {
   in.Long();
   const bool inOrder = (in.Word() & 0x8000) != 0;
   const unsigned last = in.Word();
-  if (last >= map.Colors.size()) return false;
+  if (last >= map.colors.size()) return false;
   for (unsigned i = 0; i <= last; ++i) {
     const unsigned value = in.Word();
     std::uint32_t color = kOpaque;
     for (int shift : {16, 8, 0}) color |= in.Word() >> 8 << shift;
-    map.Colors[inOrder ? i : value & 0xFF] = color;
+    map.colors[inOrder ? i : value & 0xFF] = color;
   }
   return in.Good();
 }
@@ -133,29 +133,29 @@ std::optional<PixelMap> ReadPixelMap(Cursor& in, bool direct, bool packed) {
   if (direct) in.Long();
   const unsigned rowBytes = in.Word();
   const bool isBitMap = (rowBytes & 0x8000) == 0;
-  map.RowBytes = rowBytes & 0x3FFF;
-  map.Bounds = ReadRect(in);
-  if (packed && !direct) map.Pack = Packing::kByteRuns;
+  map.rowBytes = rowBytes & 0x3FFF;
+  map.bounds = ReadRect(in);
+  if (packed && !direct) map.packing = Packing::kByteRuns;
   if (isBitMap && direct) return std::nullopt;
   if (!isBitMap) {
     in.Word();
     const unsigned packType = in.Word();
     in.Take(4 + 4 + 4 + 2);  // packed size, two resolutions, pixel type
-    map.PixelSize = in.Word();
-    map.Components = in.Word();
+    map.pixelSize = in.Word();
+    map.components = in.Word();
     in.Take(2 + 4 + 4 + 4);  // component size, plane offset, table handle, reserved
     if (direct) {
-      const auto packing = DirectPacking(packType, map.PixelSize, map.Components);
+      const auto packing = DirectPacking(packType, map.pixelSize, map.components);
       if (!packing) return std::nullopt;
-      map.Pack = *packing;
-    } else if (!std::has_single_bit(map.PixelSize) || map.PixelSize > 8 || !ReadColors(in, map)) {
+      map.packing = *packing;
+    } else if (!std::has_single_bit(map.pixelSize) || map.pixelSize > 8 || !ReadColors(in, map)) {
       return std::nullopt;
     }
   }
   // Packing would gain nothing in such short rows, so they never are.
-  if (map.RowBytes < 8) map.Pack = Packing::kNone;
-  if (!in.Good() || !map.Bounds.IsSane()) return std::nullopt;
-  if (map.RowBytes * 8 < static_cast<unsigned>(map.Bounds.Width()) * map.PixelSize) return std::nullopt;
+  if (map.rowBytes < 8) map.packing = Packing::kNone;
+  if (!in.Good() || !map.bounds.IsSane()) return std::nullopt;
+  if (map.rowBytes * 8 < static_cast<unsigned>(map.bounds.Width()) * map.pixelSize) return std::nullopt;
   return map;
 }
 
@@ -177,18 +177,18 @@ bool UnpackBits(Bytes packed, std::size_t unit, std::span<std::byte> row) {
 }
 
 bool ReadRow(Cursor& in, const PixelMap& map, std::span<std::byte> row) {
-  if (map.Pack == Packing::kNone || map.Pack == Packing::kNoPad) {
+  if (map.packing == Packing::kNone || map.packing == Packing::kNoPad) {
     const Bytes stored = in.Take(row.size());
     std::copy(stored.begin(), stored.end(), row.begin());
     return in.Good();
   }
-  const Bytes packed = in.Take(map.RowBytes > 250 ? in.Word() : in.Byte());
-  return in.Good() && UnpackBits(packed, map.Pack == Packing::kWordRuns ? 2 : 1, row);
+  const Bytes packed = in.Take(map.rowBytes > 250 ? in.Word() : in.Byte());
+  return in.Good() && UnpackBits(packed, map.packing == Packing::kWordRuns ? 2 : 1, row);
 }
 
 std::uint32_t PixelAt(const PixelMap& map, Bytes row, std::size_t x) {
   const auto at = [row](std::size_t i) { return std::to_integer<std::uint32_t>(row[i]); };
-  if (map.PixelSize == 16) {
+  if (map.pixelSize == 16) {
     const std::uint32_t value = at(2 * x) << 8 | at(2 * x + 1);
     std::uint32_t color = kOpaque;
     for (int part : {2, 1, 0}) {
@@ -197,18 +197,18 @@ std::uint32_t PixelAt(const PixelMap& map, Bytes row, std::size_t x) {
     }
     return color;
   }
-  if (map.PixelSize == 32) {
-    const bool planes = map.Pack == Packing::kComponentRuns;
-    const bool fourth = map.Components == 4 && map.Pack != Packing::kNoPad;
-    const std::size_t step = planes ? map.RowBytes / 4 : 1;
-    const bool leadingByte = planes ? fourth : map.Pack == Packing::kNone;
+  if (map.pixelSize == 32) {
+    const bool planes = map.packing == Packing::kComponentRuns;
+    const bool fourth = map.components == 4 && map.packing != Packing::kNoPad;
+    const std::size_t step = planes ? map.rowBytes / 4 : 1;
+    const bool leadingByte = planes ? fourth : map.packing == Packing::kNone;
     const std::size_t first = planes ? x : x * (leadingByte ? 4 : 3);
     const std::size_t red = first + (leadingByte ? step : 0);
     return (fourth ? at(first) << 24 : kOpaque) | at(red) << 16 | at(red + step) << 8 | at(red + 2 * step);
   }
-  const std::size_t bit = x * map.PixelSize;
-  const unsigned shift = static_cast<unsigned>(8 - map.PixelSize - bit % 8);
-  return map.Colors[at(bit / 8) >> shift & ((1u << map.PixelSize) - 1)];
+  const std::size_t bit = x * map.pixelSize;
+  const unsigned shift = static_cast<unsigned>(8 - map.pixelSize - bit % 8);
+  return map.colors[at(bit / 8) >> shift & ((1u << map.pixelSize) - 1)];
 }
 
 class PictReader {
@@ -224,7 +224,7 @@ class PictReader {
       const bool isPixels = (opcode | 1) == 0x0091 || (opcode >= 0x0098 && opcode <= 0x009B);
       if (!(isPixels ? DrawPixels(opcode) : Skip(opcode)) || !in_.Good()) return std::nullopt;
     }
-    if (picture_.Pixels.empty()) return std::nullopt;
+    if (picture_.pixels.empty()) return std::nullopt;
     return std::move(picture_);
   }
 
@@ -251,17 +251,17 @@ class PictReader {
     const Rect target = ReadRect(in_);
     in_.Word();  // the transfer mode: all are taken as a copy
     if (hasRegion) SkipSized(in_);
-    if (!in_.Good() || !map->Bounds.Holds(source) || !source.IsSane() || !target.IsSane()) return false;
-    budget_ -= map->Bounds.Area() + target.Area();
+    if (!in_.Good() || !map->bounds.Holds(source) || !source.IsSane() || !target.IsSane()) return false;
+    budget_ -= map->bounds.PixelCount() + target.PixelCount();
     if (budget_ < 0) return false;
 
     // Grows with the rows that are really there, so a short file never takes much memory here.
     std::vector<std::uint32_t> pixels;
     std::vector<std::byte> row(map->RowSize());
     std::uint32_t anyAlpha = 0;
-    for (int y = 0; y < map->Bounds.Height(); ++y) {
+    for (int y = 0; y < map->bounds.Height(); ++y) {
       if (!ReadRow(in_, *map, row)) return false;
-      for (int x = 0; x < map->Bounds.Width(); ++x) {
+      for (int x = 0; x < map->bounds.Width(); ++x) {
         pixels.push_back(PixelAt(*map, row, static_cast<std::size_t>(x)));
         anyAlpha |= pixels.back() & kOpaque;
       }
@@ -269,22 +269,22 @@ class PictReader {
     // Many writers announce a fourth component and leave it empty.
     if (anyAlpha == 0)
       for (std::uint32_t& pixel : pixels) pixel |= kOpaque;
-    Copy(pixels, map->Bounds, source, target);
+    DrawScaled(pixels, map->bounds, source, target);
     return true;
   }
 
-  void Copy(const std::vector<std::uint32_t>& pixels, const Rect& bounds, const Rect& source,
-            const Rect& target) {
-    if (picture_.Pixels.empty()) {
-      picture_.Width = frame_.Width();
-      picture_.Height = frame_.Height();
-      picture_.Pixels.resize(static_cast<std::size_t>(frame_.Area()));
+  void DrawScaled(const std::vector<std::uint32_t>& pixels, const Rect& bounds, const Rect& source,
+                  const Rect& target) {
+    if (picture_.pixels.empty()) {
+      picture_.width = frame_.Width();
+      picture_.height = frame_.Height();
+      picture_.pixels.resize(static_cast<std::size_t>(frame_.PixelCount()));
     }
-    for (int y = std::max(target.Top, frame_.Top); y < std::min(target.Bottom, frame_.Bottom); ++y) {
-      const int fromY = source.Top - bounds.Top + (y - target.Top) * source.Height() / target.Height();
-      for (int x = std::max(target.Left, frame_.Left); x < std::min(target.Right, frame_.Right); ++x) {
-        const int fromX = source.Left - bounds.Left + (x - target.Left) * source.Width() / target.Width();
-        picture_.Pixels[static_cast<std::size_t>((y - frame_.Top) * frame_.Width() + x - frame_.Left)] =
+    for (int y = std::max(target.top, frame_.top); y < std::min(target.bottom, frame_.bottom); ++y) {
+      const int fromY = source.top - bounds.top + (y - target.top) * source.Height() / target.Height();
+      for (int x = std::max(target.left, frame_.left); x < std::min(target.right, frame_.right); ++x) {
+        const int fromX = source.left - bounds.left + (x - target.left) * source.Width() / target.Width();
+        picture_.pixels[static_cast<std::size_t>((y - frame_.top) * frame_.Width() + x - frame_.left)] =
             pixels[static_cast<std::size_t>(fromY * bounds.Width() + fromX)];
       }
     }

@@ -4,7 +4,7 @@ class Window;
 
 /// The place of something on the screen, in pixels.
 struct Area {
-  int Left = 0, Top = 0, Width = 0, Height = 0;
+  int left = 0, top = 0, width = 0, height = 0;
 };
 
 /// What windows and menus need of the screen that shows them: the only way up they have, handed in by the one

@@ -27,8 +27,8 @@ class Shell : public Object {
 
   /// How a command came out.
   struct Outcome {
-    int ErrorCode = 0;
-    String Result;
+    int errorCode = 0;
+    String result;
   };
   using Runner = std::function<Outcome(const String& commandLine)>;
   /// From now on `runner` answers all command lines in place of child processes. It runs on the thread that

@@ -70,21 +70,6 @@ char32_t* Decode(std::string_view utf8, char32_t* to) {
   return to;
 }
 
-void Encode(char32_t c, std::string& utf8) {
-  const auto put = [&](char32_t byte) { utf8.push_back(static_cast<char>(byte)); };
-  if (c < 0x80) {
-    put(c);
-  } else if (c >= kCarriedByte + 0x80 && c <= kCarriedByte + 0xFF) {
-    put(c - kCarriedByte);
-  } else if (c < 0x800) {
-    put(0xC0 | c >> 6), put(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    put(0xE0 | c >> 12), put(0x80 | (c >> 6 & 0x3F)), put(0x80 | (c & 0x3F));
-  } else {
-    put(0xF0 | c >> 18), put(0x80 | (c >> 12 & 0x3F)), put(0x80 | (c >> 6 & 0x3F)), put(0x80 | (c & 0x3F));
-  }
-}
-
 std::size_t Bytes(std::size_t characters, bool wide) {
   return characters * (wide ? sizeof(char32_t) : sizeof(char));
 }
@@ -166,7 +151,7 @@ std::string String::Utf8() const {
   std::string utf8;
   Visit([&](auto text) {
     utf8.reserve(text.size());
-    for (const auto c : text) Encode(static_cast<char32_t>(c), utf8);
+    for (const auto c : text) AppendUtf8(utf8, static_cast<char32_t>(c));
   });
   return utf8;
 }
@@ -186,8 +171,8 @@ String String::Slice(std::size_t index, std::size_t count) const {
   return slice;
 }
 
-// Where there is no room, the run grows. Where it is shared, as when a text is appended to itself, or the
-// tail needs wide characters, it is copied.
+/// Where there is no room, the run grows. Where it is shared, as when a text is appended to itself, or the
+/// tail needs wide characters, it is copied.
 void String::Append(String tail) {
   if (tail.Empty()) return;
   if (Empty()) {
@@ -230,6 +215,22 @@ bool String::Identical(const String& other) const {
                         [](auto a, auto b) { return static_cast<char32_t>(a) == static_cast<char32_t>(b); });
     });
   });
+}
+
+void AppendUtf8(std::string& bytes, char32_t c) {
+  const auto put = [&](char32_t byte) { bytes.push_back(static_cast<char>(byte)); };
+  const auto putRest = [&](int shift) { put(0x80 | (c >> shift & 0x3F)); };
+  if (c < 0x80) {
+    put(c);
+  } else if (c >= kCarriedByte + 0x80 && c <= kCarriedByte + 0xFF) {
+    put(c - kCarriedByte);
+  } else if (c < 0x800) {
+    put(0xC0 | c >> 6), putRest(0);
+  } else if (c < 0x10000) {
+    put(0xE0 | c >> 12), putRest(6), putRest(0);
+  } else {
+    put(0xF0 | c >> 18), putRest(12), putRest(6), putRest(0);
+  }
 }
 
 String operator+(const String& head, const String& tail) {

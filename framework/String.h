@@ -136,6 +136,9 @@ class String {
 
 String operator+(const String& head, const String& tail);
 
+/// Appends a code point as UTF-8, a carried byte as that byte.
+void AppendUtf8(std::string& bytes, char32_t codePoint);
+
 /// What comparisons that ignore case take a character for: an ASCII capital counts as its small letter.
 constexpr char32_t FoldCase(char32_t c) {
   return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;

@@ -24,9 +24,9 @@ struct Ending {};  // unwinds a killed thread; no code of the program catches it
 
 thread_local Thread* current = nullptr;
 
-// Both guarded by the baton, and there until the very end of the process.
+/// Both guarded by the baton, and there until the very end of the process.
 std::vector<Thread*> running;
-// Those whose run has ended and which are leaving: joined before the next run and at the end.
+/// Those whose run has ended and which are leaving: joined before the next run and at the end.
 std::vector<std::thread> leaving;
 
 void Join(std::vector<std::thread> threads) {
@@ -82,7 +82,7 @@ void Thread::Body() {
   MainThread::Current().ThreadHasChanged();
 }
 
-bool Thread::RunsFor(const ::Window& window) {
+bool Thread::RunsFor(const Object& window) {
   return std::any_of(running.begin(), running.end(),
                      [&](const Thread* thread) { return thread->Window == &window; });
 }

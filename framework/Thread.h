@@ -7,8 +7,6 @@
 #include "framework/Object.h"
 #include "framework/Pipe.h"
 
-class Window;
-
 /// A cooperative thread of the program. Its code runs while it holds the baton; others run at its yield
 /// points, while a `Shell` waits for a command, and while a message box is up.
 ///
@@ -30,7 +28,8 @@ class Thread : public Object {
 
   int Priority = 5;
   int StackSize = 0;
-  ::Window* Window = nullptr;
+  /// What it works for.
+  Object* Window = nullptr;
 
   /// The thread this code runs on, nullptr on the main thread.
   static Thread* Current();
@@ -59,8 +58,8 @@ class Thread : public Object {
   /// Ends the current run from inside, after a `Kill`. Called on the thread itself.
   [[noreturn]] void Unwind();
 
-  /// Whether a thread that belongs to this window runs.
-  static bool RunsFor(const ::Window& window);
+  /// Whether a thread runs that works for this window.
+  static bool RunsFor(const Object& window);
 
   /// Kills all running threads but the one this code runs on.
   static void KillAll();

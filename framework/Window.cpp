@@ -47,16 +47,16 @@ void Window::Constructor() {
 
 void Window::PlaceOnScreen() {
   const auto centreOn = [this](const Area& area) {
-    Left = area.Left + (area.Width - Width) / 2;
-    Top = area.Top + (area.Height - Height) / 2;
+    Left = area.left + (area.width - Width) / 2;
+    Top = area.top + (area.height - Height) / 2;
   };
   constexpr int kDefaultOffset = 40;  // pixels from the corner of the screen
   const Area screen = Screen::Current().Usable();
   // The window that was opened first is the main window, and the parent of all others.
   const Window* const parent = Register().empty() ? this : Register().front().Get();
   if (Placement == kDefaultPosition) {
-    Left = screen.Left + kDefaultOffset;
-    Top = screen.Top + kDefaultOffset;
+    Left = screen.left + kDefaultOffset;
+    Top = screen.top + kDefaultOffset;
   } else if (Placement == kMainScreen || parent == this) {
     centreOn(screen);
   } else {
@@ -93,7 +93,7 @@ void Window::Close() {
 /// Takes the window from the register and its controls from their users.
 void Window::End() {
   open_ = false;
-  for (const auto& control : controls_) control->window_ = nullptr;
+  for (const auto& control : controls_) control->StandIn(nullptr);
   std::erase_if(Register(), [this](const Ref<Window>& open) { return open.Get() == this; });
   Screen::Current().MarkOutOfDate();
 }
@@ -134,7 +134,7 @@ void Window::UserReturn() {
 void Window::AddControl(const Ref<Control>& control, const String& name, const Place& place) {
   control->Name = name;
   control->Apply(place);
-  control->window_ = this;
+  control->StandIn(this);
   controls_.push_back(control);
   MarkStale();
 }

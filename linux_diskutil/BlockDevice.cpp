@@ -11,7 +11,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "linux_diskutil/FileDescriptor.h"
+#include "linux_diskutil/OpenForReading.h"
 #include "linux_diskutil/PrintableText.h"
 
 namespace diskutil {
@@ -32,13 +32,13 @@ std::string_view Property(udev_device* device, const char* name) {
   return View(value);
 }
 
-// Text that came from a disk, or through udev from its owner, is printable from here on.
+/// Text that came from a disk, or through udev from its owner, is printable from here on.
 std::string Text(udev_device* device, const char* name) {
   return PrintableText(DecodeUdevEscapes(Property(device, name)));
 }
 
-// Takes over what udev has found out about the device. True when udev knows it: what it does not say then,
-// the device does not have. Where there is no database, each question costs a look for it.
+/// Takes over what udev has found out about the device. True when udev knows it: what it does not say then,
+/// the device does not have. Where there is no database, each question costs a look for it.
 bool ReadDescription(udev_device* source, Device& device) {
   device.tableType = Text(source, "ID_PART_TABLE_TYPE");
   device.entryType = Text(source, "ID_PART_ENTRY_TYPE");
@@ -71,7 +71,7 @@ struct Attachment {
   Device::Origin origin;
 };
 
-// The first sign found in the path counts: a card reader on USB is USB.
+/// The first sign found in the path counts: a card reader on USB is USB.
 constexpr std::array kAttachments = {
     Attachment{"/virtual/block/loop", "Disk Image", false, Device::Origin::kImage},
     // Below /virtual/ when it has several paths.
@@ -99,8 +99,8 @@ void DescribeAttachment(udev_device* disk, Device& device) {
   }
 }
 
-// The folder of a block device in sysfs, by the way that has no links in it: libudev looks at every step of
-// the way, and goes back at each link.
+/// The folder of a block device in sysfs, by the way that has no links in it: libudev looks at every step of
+/// the way, and goes back at each link.
 std::string FolderOf(const std::string& name) {
   const std::string link = std::string(kBlockDevices) + "/" + name;
   std::error_code failed;
@@ -112,9 +112,9 @@ std::string FolderOf(const std::string& name) {
 }  // namespace
 
 std::uint64_t KernelNumber(const std::string& folder, const char* attribute) {
-  const FileDescriptor file = OpenForReading(folder + "/" + attribute);
+  const Descriptor file = OpenForReading(folder + "/" + attribute);
   std::array<char, 24> text{};
-  const ssize_t length = file ? TEMP_FAILURE_RETRY(read(file.Number(), text.data(), text.size())) : 0;
+  const ssize_t length = file ? TEMP_FAILURE_RETRY(read(file.Fd(), text.data(), text.size())) : 0;
   if (length < 0) ThrowIfExhausted(folder);
   return length > 0 ? Number({text.data(), static_cast<std::size_t>(length)}) : 0;
 }

@@ -22,9 +22,9 @@ std::uint64_t KernelNumber(const std::string& folder, const char* attribute);
 /// One disk or partition as the kernel's files and udev's database tell of it. A partition does not know its
 /// disk.
 struct BlockDevice {
-  std::string folder;  ///< The kernel's, by the way that has no links in it.
+  std::string folder;  // the kernel's, by the way that has no links in it
   Device device;
-  bool described = false;  ///< udev's database tells its content; if not, only the device itself does.
+  bool described = false;  // udev's database tells its content; if not, only the device itself does
 };
 
 /// Reads what the kernel and udev tell of block devices, and opens none of them. Every call throws

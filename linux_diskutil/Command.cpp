@@ -26,14 +26,9 @@ std::string LowerCase(std::string_view word) {
 }
 
 std::optional<Identifier> LastIdentifier(const std::vector<std::string_view>& words) {
-  for (auto word = words.rbegin(); word + 1 != words.rend(); ++word) {
+  for (auto word = words.rbegin(); word + 1 != words.rend(); ++word)
     if (const auto id = ReadIdentifier(*word)) return id;
-  }
   return std::nullopt;
-}
-
-Outcome NotFound(const Identifier& id) {
-  return {1, "Could not find disk: " + id.Text() + "\n"};
 }
 
 /// The mount table knows names and numbers, which another disk may have got by now.

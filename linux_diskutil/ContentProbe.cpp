@@ -11,6 +11,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "linux_diskutil/OpenForReading.h"
 #include "linux_diskutil/PrintableText.h"
 
 namespace diskutil {
@@ -28,25 +29,25 @@ std::string Value(const Probe& probe, const char* name) {
   return PrintableText({data, size > 0 ? size - 1 : 0});  // the size counts a closing zero byte
 }
 
-// libblkid reads thirty places of a device, one after the other: nearly all in the first kilobytes, where
-// file systems have their headers, and the last, where RAID members have theirs. Nothing tells beforehand
-// which of them a device needs, as any of them can make its content ambiguous. Asked for in two pieces, most
-// of them are there when they are read.
-void AskForBothEnds(const FileDescriptor& file, off_t size) {
+/// libblkid reads thirty places of a device, one after the other: nearly all in the first kilobytes, where
+/// file systems have their headers, and the last, where RAID members have theirs. Nothing tells beforehand
+/// which of them a device needs, as any of them can make its content ambiguous. Asked for in two pieces, most
+/// of them are there when they are read.
+void AskForBothEnds(const Descriptor& file, off_t size) {
   constexpr off_t kHead = 264 * 1024;
   constexpr off_t kTail = 144 * 1024;
-  posix_fadvise(file.Number(), 0, kHead, POSIX_FADV_WILLNEED);
-  if (size > kHead + kTail) posix_fadvise(file.Number(), size - kTail, kTail, POSIX_FADV_WILLNEED);
+  posix_fadvise(file.Fd(), 0, kHead, POSIX_FADV_WILLNEED);
+  if (size > kHead + kTail) posix_fadvise(file.Fd(), size - kTail, kTail, POSIX_FADV_WILLNEED);
 }
 
 }  // namespace
 
-void ProbeContent(const FileDescriptor& file, Device& device) {
+void ProbeContent(const Descriptor& file, Device& device) {
   AskForBothEnds(file, static_cast<off_t>(device.bytes));
   const Probe probe(blkid_new_probe());
   if (!probe) throw std::bad_alloc();
   errno = 0;
-  if (blkid_probe_set_device(probe.get(), file.Number(), 0, 0) != 0) return ThrowIfExhausted(device.node);
+  if (blkid_probe_set_device(probe.get(), file.Fd(), 0, 0) != 0) return ThrowIfExhausted(device.node);
   blkid_probe_enable_superblocks(probe.get(), 1);
   blkid_probe_set_superblocks_flags(
       probe.get(), BLKID_SUBLKS_TYPE | BLKID_SUBLKS_USAGE | BLKID_SUBLKS_LABEL | BLKID_SUBLKS_UUID);
@@ -63,11 +64,11 @@ void ProbeContent(const FileDescriptor& file, Device& device) {
   device.uuid = Value(probe, "UUID");
 }
 
-CaseRule ReadCaseRule(const FileDescriptor& file) {
+CaseRule ReadCaseRule(const Descriptor& file) {
   constexpr off_t kVolumeHeader = 1024;
   std::array<char, 2> signature{};
   const ssize_t length =
-      TEMP_FAILURE_RETRY(pread(file.Number(), signature.data(), signature.size(), kVolumeHeader));
+      TEMP_FAILURE_RETRY(pread(file.Fd(), signature.data(), signature.size(), kVolumeHeader));
   if (length < 0) ThrowIfExhausted("the device");
   return std::string_view(signature.data(), signature.size()) == "HX" ? CaseRule::kSensitive
                                                                       : CaseRule::kInsensitive;

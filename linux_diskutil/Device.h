@@ -19,24 +19,24 @@ struct Device {
   enum class Origin { kPhysical, kImage, kVirtual };
 
   Identifier id;
-  std::string node;         ///< Device file, such as /dev/sdb2.
-  dev_t number = 0;         ///< Major and minor number; the kernel gives them again once a disk has gone.
-  std::uint64_t bytes = 0;  ///< Size.
-  bool readOnly = false;    ///< The device itself is write-protected. Not looked up for a list.
-  bool removable = false;   ///< The medium can be taken out of its drive. Not looked up for a list.
+  std::string node;         // device file, such as /dev/sdb2
+  dev_t number = 0;         // major and minor number; the kernel gives them again once a disk has gone
+  std::uint64_t bytes = 0;  // size
+  bool readOnly = false;    // the device itself is write-protected; not looked up for a list
+  bool removable = false;   // the medium can be taken out of its drive; not looked up for a list
   bool external = false;
   Origin origin = Origin::kPhysical;
-  std::string protocol;  ///< How the disk is attached, such as "USB".
+  std::string protocol;  // how the disk is attached, such as "USB"
 
-  std::string tableType;  ///< libblkid's name of the partition table it holds, such as "gpt"; empty for none.
-  std::string entryScheme;  ///< Of a partition: the kind of table it is an entry of.
-  std::string entryType;    ///< Of a partition: its type in that table, such as "0xaf".
-  std::string fsType;       ///< libblkid's name of the content, such as "hfsplus"; empty for none.
-  std::string fsUsage;  ///< "filesystem" for what can be mounted; others are "crypto", "raid" and the like.
+  std::string tableType;    // libblkid's name of the partition table it holds, such as "gpt"; empty for none
+  std::string entryScheme;  // of a partition: the kind of table it is an entry of
+  std::string entryType;    // of a partition: its type in that table, such as "0xaf"
+  std::string fsType;       // libblkid's name of the content, such as "hfsplus"; empty for none
+  std::string fsUsage;      // "filesystem" for what can be mounted; others are "crypto", "raid" and the like
   std::string label;
   std::string uuid;
 
-  std::string type;  ///< The type to show, such as "Apple_HFS".
+  std::string type;  // the type to show, such as "Apple_HFS"
 };
 
 }  // namespace diskutil

@@ -11,8 +11,8 @@
 
 #include "linux_diskutil/BlockDevice.h"
 #include "linux_diskutil/ContentProbe.h"
-#include "linux_diskutil/FileDescriptor.h"
 #include "linux_diskutil/Folder.h"
+#include "linux_diskutil/OpenForReading.h"
 #include "linux_diskutil/PartitionTypes.h"
 
 namespace diskutil {
@@ -22,7 +22,7 @@ bool IsMainMemory(std::string_view name) {
   return name.starts_with("ram") || name.starts_with("zram");
 }
 
-// A partition stands in the folder of its disk and takes after it.
+/// A partition stands in the folder of its disk and takes after it.
 void Inherit(Device& partition, const Device& disk) {
   partition.id.disk = disk.id.disk;
   partition.protocol = disk.protocol;
@@ -38,14 +38,15 @@ std::string_view NameIn(std::string_view path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-// The kernel's name of a partition: sda2, but loop0p2.
+/// The kernel's name of a partition: sda2, but loop0p2.
 std::string PartitionName(std::string_view disk, std::uint32_t partition) {
   const bool endsInDigit = disk.back() >= '0' && disk.back() <= '9';
   return std::string(disk) + (endsInDigit ? "p" : "") + std::to_string(partition);
 }
 
-// Everything udev tells, in order of the identifiers. We go through the kernel's folder ourselves: libudev's
-// own enumeration makes an object of every empty loop device, and takes as long for that as for all the rest.
+/// Everything udev tells, in order of the identifiers. We go through the kernel's folder ourselves: libudev's
+/// own enumeration makes an object of every empty loop device, and takes as long for that as for all the
+/// rest.
 std::vector<BlockDevice> Enumerate() {
   const BlockDeviceReader reader;
   std::vector<BlockDevice> all;
@@ -81,10 +82,10 @@ std::uint64_t SequenceOf(const std::string& name) {
   return KernelNumber(std::string(kBlockDevices) + "/" + name, "diskseq");
 }
 
-// The kernel's name of the disk with this sequence number, or nothing. udev's link may be old or missing (it
-// makes them since version 251): the kernel's number decides. Without a link we look where the disk should
-// stand among the others. It stands elsewhere when its medium was changed, which gives it a new number; then
-// we look at all.
+/// The kernel's name of the disk with this sequence number, or nothing. udev's link may be old or missing (it
+/// makes them since version 251): the kernel's number decides. Without a link we look where the disk should
+/// stand among the others. It stands elsewhere when its medium was changed, which gives it a new number; then
+/// we look at all.
 std::string DiskName(std::uint64_t sequence) {
   std::error_code failed;
   const std::filesystem::path link = "/dev/disk/by-diskseq/" + std::to_string(sequence);
@@ -107,13 +108,13 @@ std::string DiskName(std::uint64_t sequence) {
   return {};
 }
 
-// Adds what only the device itself can tell. Opens it once, or not at all. One that may not be read adds
-// nothing.
+/// Adds what only the device itself can tell. Opens it once, or not at all. One that may not be read adds
+/// nothing.
 Device Complete(BlockDevice found) {
   Device& device = found.device;
   CaseRule caseRule = CaseRule::kInsensitive;
   if (!found.described || device.fsType == "hfsplus") {
-    const FileDescriptor file = OpenForReading(device.node);
+    const Descriptor file = OpenForReading(device.node);
     if (file && !found.described) ProbeContent(file, device);
     if (file && device.fsType == "hfsplus") caseRule = ReadCaseRule(file);
   }

@@ -20,7 +20,7 @@ struct Failure {
   };
 
   Reason reason = Reason::kOther;
-  std::string detail;  ///< Somebody else's words, for `kOther`. Printable.
+  std::string detail;  // somebody else's words, for `kOther`; printable
 };
 
 /// Nothing when all went well.
@@ -29,7 +29,7 @@ using MaybeFailure = std::optional<Failure>;
 /// How the attempt to mount a volume ended.
 struct MountAttempt {
   MaybeFailure failure;
-  std::string point = {};  ///< The folder where this attempt mounted something, as raw bytes; empty for none.
+  std::string point = {};  // the folder where this attempt mounted something, as raw bytes; empty for none
 };
 
 }  // namespace diskutil

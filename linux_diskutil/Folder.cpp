@@ -16,9 +16,8 @@ std::vector<FolderEntry> ReadFolder(const std::string& path) {
   std::vector<FolderEntry> entries;
   if (!folder && errno == ENOENT) return entries;
   errno = folder ? 0 : errno;
-  while (const dirent* entry = folder ? readdir(folder.get()) : nullptr) {
+  while (const dirent* entry = folder ? readdir(folder.get()) : nullptr)
     if (entry->d_name[0] != '.') entries.push_back({entry->d_ino, entry->d_name});
-  }
   if (errno != 0) throw std::system_error(errno, std::generic_category(), "Could not read " + path);
   return entries;
 }

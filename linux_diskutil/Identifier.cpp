@@ -5,7 +5,7 @@
 namespace diskutil {
 namespace {
 
-// Takes a number off the front of `text`. "07" is refused: there is one way to write each identifier.
+/// Takes a number off the front of `text`. "07" is refused: there is one way to write each identifier.
 template <class Number>
 std::optional<Number> TakeNumber(std::string_view& text) {
   Number number{};

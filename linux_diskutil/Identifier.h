@@ -13,7 +13,7 @@ namespace diskutil {
 /// go stale, but it can never come to mean another disk.
 struct Identifier {
   std::uint64_t disk = 0;
-  std::uint32_t partition = 0;  ///< 0 means the whole disk.
+  std::uint32_t partition = 0;  // 0 means the whole disk
 
   auto operator<=>(const Identifier&) const = default;
   std::string Text() const;

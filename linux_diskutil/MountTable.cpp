@@ -22,7 +22,7 @@ namespace {
 
 using Numbers = std::vector<dev_t>;
 
-// All devices of the mounted btrfs that the device is one of. None when there is no such btrfs.
+/// All devices of the mounted btrfs that the device is one of. None when there is no such btrfs.
 Numbers BtrfsMembers(dev_t device) {
   const std::string all = "/sys/fs/btrfs/";
   for (const FolderEntry& btrfs : ReadFolder(all)) {
@@ -33,9 +33,8 @@ Numbers BtrfsMembers(dev_t device) {
       unsigned minor = 0;
       char colon = 0;
       std::ifstream file(devices + member.name + "/dev");
-      if (!(file >> major >> colon >> minor)) {
+      if (!(file >> major >> colon >> minor))
         throw std::runtime_error("Could not read " + devices + member.name);
-      }
       members.push_back(makedev(major, minor));
     }
     if (std::ranges::find(members, device) != members.end()) return members;
@@ -43,9 +42,9 @@ Numbers BtrfsMembers(dev_t device) {
   return {};
 }
 
-// The device of a btrfs that its mount names: one of them, whichever was meant when it was mounted. 0 for any
-// other mount. A btrfs has a device number of its own. Nobody but the kernel writes the source of one, while
-// a user may put any text there for a file system that runs in a program of his.
+/// The device of a btrfs that its mount names: one of them, whichever was meant when it was mounted. 0 for
+/// any other mount. A btrfs has a device number of its own. Nobody but the kernel writes the source of one,
+/// while a user may put any text there for a file system that runs in a program of his.
 dev_t BtrfsSource(libmnt_fs* fs) {
   const char* type = mnt_fs_get_fstype(fs);
   const char* source = mnt_fs_get_srcpath(fs);
@@ -54,12 +53,11 @@ dev_t BtrfsSource(libmnt_fs* fs) {
   return stat(source, &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
 }
 
-// A volume that the file system itself will not write to (journaled, damaged) says so in its own options
-// only.
+/// A volume that the file system itself will not write to (journaled, damaged) says so in its own options
+/// only.
 bool IsReadOnly(libmnt_fs* fs) {
-  for (const char* options : {mnt_fs_get_vfs_options(fs), mnt_fs_get_fs_options(fs)}) {
+  for (const char* options : {mnt_fs_get_vfs_options(fs), mnt_fs_get_fs_options(fs)})
     if (options && mnt_optstr_get_option(options, "ro", nullptr, nullptr) == 0) return true;
-  }
   return false;
 }
 
@@ -67,8 +65,8 @@ struct FreeIterator {
   void operator()(libmnt_iter* iterator) const { mnt_free_iter(iterator); }
 };
 
-// Calls `use` with each mount of the device, the oldest first, and with the device that the mount goes by,
-// until it returns false.
+/// Calls `use` with each mount of the device, the oldest first, and with the device that the mount goes by,
+/// until it returns false.
 template <class Use>
 void ForEachMount(libmnt_table* table, const Device& device, Use use) {
   const std::unique_ptr<libmnt_iter, FreeIterator> iterator(mnt_new_iter(MNT_ITER_FORWARD));

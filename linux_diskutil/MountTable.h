@@ -12,11 +12,11 @@ namespace diskutil {
 
 /// A place where a volume is mounted.
 struct Mount {
-  std::string point;       ///< Folder, as raw bytes: what the kernel calls it.
-  std::string shownPoint;  ///< The same, printable.
-  dev_t number = 0;        ///< The device by which a service knows it: of a btrfs perhaps another member.
+  std::string point;       // folder, as raw bytes: what the kernel calls it
+  std::string shownPoint;  // the same, printable
+  dev_t number = 0;        // the device by which a service knows it: of a btrfs perhaps another member
   bool readOnly = false;
-  bool covered = false;  ///< Another volume is mounted over it: the folder shows that one.
+  bool covered = false;  // another volume is mounted over it: the folder shows that one
 };
 
 /// The kernel's table of mounts at the moment of its making. What it says is the truth about a volume: not

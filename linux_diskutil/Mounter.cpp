@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "linux_diskutil/Devices.h"
-#include "linux_diskutil/FileDescriptor.h"
 #include "linux_diskutil/KernelMount.h"
 #include "linux_diskutil/MountTable.h"
+#include "linux_diskutil/OpenForReading.h"
 
 namespace diskutil {
 namespace {
@@ -23,13 +23,13 @@ bool IsStillThere(const Device& device) {
   return IdentifierOf(device.number) == device.id;
 }
 
-// As long as a device is open, its name goes to no other disk, and services go by the name. Opens nothing
-// where we may not; then a disk can be replaced between a look at its number and the use of its name.
-FileDescriptor HoldName(const Device& device) {
+/// As long as a device is open, its name goes to no other disk, and services go by the name. Opens nothing
+/// where we may not; then a disk can be replaced between a look at its number and the use of its name.
+Descriptor HoldName(const Device& device) {
   return OpenForReading(device.node);
 }
 
-// "Volume Backup on disk7s2", the beginning of every line that tells of a success.
+/// "Volume Backup on disk7s2", the beginning of every line that tells of a success.
 std::string Subject(const Device& device) {
   return "Volume " + (device.label.empty() ? "" : device.label + " ") + "on " + device.id.Text();
 }
@@ -38,12 +38,11 @@ std::string WhereMounted(const Mount& mount) {
   return std::string(mount.readOnly ? "mounted read-only" : "mounted") + " at " + mount.shownPoint;
 }
 
-// A kernel that could load the driver has done so by the time a mount has failed.
+/// A kernel that could load the driver has done so by the time a mount has failed.
 bool KernelKnows(const std::string& fsType) {
   std::ifstream list("/proc/filesystems");
-  for (std::string line; std::getline(list, line);) {
+  for (std::string line; std::getline(list, line);)
     if (std::string_view(line).substr(line.rfind('\t') + 1) == fsType) return true;
-  }
   return !list.is_open() || list.bad();
 }
 
@@ -70,24 +69,20 @@ std::string Reason(const Failure& failure, const Device& device) {
   return failure.detail.empty() ? "the attempt failed" : failure.detail;
 }
 
-// Our request may have been carried out.
+/// Our request may have been carried out.
 bool MayBeDone(const MaybeFailure& failure) {
   return !failure || failure->reason == Failure::Reason::kTimedOut ||
          failure->reason == Failure::Reason::kServiceDied;
 }
 
-Outcome NotFound(const Device& device) {
-  return {1, "Could not find disk: " + device.id.Text() + "\n"};
-}
-
-// Instead of the disk that was meant, `other` was there when our request was carried out, or may have been.
+/// Instead of the disk that was meant, `other` was there when our request was carried out, or may have been.
 Outcome TakenOver(const Device& device, const Identifier& other, const std::string& what) {
   return {1, "Could not find disk: " + device.id.Text() + "; " + other.Text() + " came in its place and " +
                  what + "\n"};
 }
 
 Outcome Failed(std::string_view verb, const Failure& failure, const Device& device) {
-  if (failure.reason == Failure::Reason::kGone) return NotFound(device);
+  if (failure.reason == Failure::Reason::kGone) return NotFound(device.id);
   return {1,
           "Could not " + std::string(verb) + " " + device.id.Text() + ": " + Reason(failure, device) + "\n"};
 }
@@ -98,9 +93,8 @@ MountAttempt Mounter::TryMount(const Device& device) const {
   const auto isStillMeant = [&] { return IsStillThere(device); };
   MountAttempt attempt = udisks_.Mount(device.number, isStillMeant);
   MaybeFailure& failure = attempt.failure;
-  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot()) {
+  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
     attempt = isStillMeant() ? KernelMount(device) : MountAttempt{Failure{Failure::Reason::kGone, {}}};
-  }
   if (failure && failure->reason == Failure::Reason::kOther && !device.fsType.empty() &&
       !KernelKnows(device.fsType)) {
     failure->reason = Failure::Reason::kUnsupportedByKernel;
@@ -109,15 +103,14 @@ MountAttempt Mounter::TryMount(const Device& device) const {
 }
 
 Outcome Mounter::Mount(const Device& device) const {
-  const FileDescriptor held = HoldName(device);
-  if (const auto mount = MountTable().Find(device); mount && IsStillThere(device)) {
+  const Descriptor held = HoldName(device);
+  if (const auto mount = MountTable().Find(device); mount && IsStillThere(device))
     return {0, Subject(device) + " is already " + WhereMounted(*mount) + "\n"};
-  }
   const MountAttempt attempt = TryMount(device);
   // In this order: a number that is still the disk's has been so all the time.
   const auto mount = MountTable().Find(device);
   const auto owner = IdentifierOf(device.number);
-  if (!owner) return NotFound(device);
+  if (!owner) return NotFound(device.id);
   if (*owner != device.id) return TakeBack(attempt, device, *owner);
   if (mount) return {0, Subject(device) + " " + WhereMounted(*mount) + "\n"};
   return Failed(
@@ -134,9 +127,9 @@ Outcome Mounter::TakeBack(const MountAttempt& attempt, const Device& device, con
     return mount && mount->point == attempt.point ? mount : std::nullopt;
   };
   const auto mount = ours();
-  if (!mount) {
-    return MayBeDone(attempt.failure) ? TakenOver(device, owner, "may have been mounted") : NotFound(device);
-  }
+  if (!mount)
+    return MayBeDone(attempt.failure) ? TakenOver(device, owner, "may have been mounted")
+                                      : NotFound(device.id);
   const MaybeFailure failure = TryUnmount(other, *mount);
   if (!ours()) return TakenOver(device, owner, "was mounted, and is unmounted again");
   return TakenOver(device, owner,
@@ -149,28 +142,26 @@ MaybeFailure Mounter::TryUnmount(const Device& device, const diskutil::Mount& mo
   if (mount.covered) return Failure{Failure::Reason::kBusy, {}};
   const auto isStillMeant = [&] { return IsStillThere(device); };
   MaybeFailure failure = udisks_.Unmount(mount.number, isStillMeant);
-  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot()) {
+  if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
     failure = isStillMeant() ? KernelUnmount(mount.point) : Failure{Failure::Reason::kGone, {}};
-  }
   if (!failure && IsRoot()) RemoveKernelMountPoint(mount.point);
   return failure;
 }
 
 Outcome Mounter::Unmount(const Device& device) const {
-  const FileDescriptor held = HoldName(device);
+  const Descriptor held = HoldName(device);
   int count = MountTable().Count(device);
-  if (!IsStillThere(device)) return NotFound(device);
+  if (!IsStillThere(device)) return NotFound(device.id);
   if (count == 0) return {0, Subject(device) + " is not mounted\n"};
   // A volume may be mounted at several places. Each round must take one of them away.
   while (const auto mount = MountTable().Find(device)) {
     const MaybeFailure failure = TryUnmount(device, *mount);
     const int left = MountTable().Count(device);
     const auto owner = IdentifierOf(device.number);
-    if (owner && *owner != device.id) {
-      return MayBeDone(failure) ? TakenOver(device, *owner, "may have been unmounted") : NotFound(device);
-    }
+    if (owner && *owner != device.id)
+      return MayBeDone(failure) ? TakenOver(device, *owner, "may have been unmounted") : NotFound(device.id);
     // A disk image may be given up with its last mount: gone, and nothing in its place, is as good.
-    if (!owner && (failure || left > 0)) return NotFound(device);
+    if (!owner && (failure || left > 0)) return NotFound(device.id);
     if (left >= count) {
       return Failed("unmount", failure.value_or(Failure{Failure::Reason::kOther, "it is still mounted"}),
                     device);

@@ -12,8 +12,8 @@ struct Entry {
   std::string_view name;
 };
 
-// Schemes are libblkid's: "gpt" with type GUIDs, "dos" with the type byte of the boot record. An Apple map
-// ("mac") carries the names themselves.
+/// Schemes are libblkid's: "gpt" with type GUIDs, "dos" with the type byte of the boot record. An Apple map
+/// ("mac") carries the names themselves.
 constexpr std::array kTypes = {
     Entry{"gpt", "48465300-0000-11aa-aa11-00306543ecac", "Apple_HFS"},
     Entry{"gpt", "7c3457ef-0000-11aa-aa11-00306543ecac", "Apple_APFS"},
@@ -70,9 +70,8 @@ std::string SchemeName(const std::string& tableType) {
 
 std::string TypeName(const Device& device, CaseRule caseRule) {
   if (!device.tableType.empty() && device.id.partition == 0) return SchemeName(device.tableType);
-  if (device.fsType == "hfs" || device.fsType == "hfsplus") {
+  if (device.fsType == "hfs" || device.fsType == "hfsplus")
     return caseRule == CaseRule::kSensitive ? "Apple_HFSX" : "Apple_HFS";
-  }
   if (device.id.partition == 0) return device.fsType;
   const auto known = std::ranges::find_if(kTypes, [&](const Entry& entry) {
     return entry.scheme == device.entryScheme && entry.type == device.entryType;

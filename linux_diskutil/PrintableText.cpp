@@ -14,8 +14,8 @@ bool IsContinuation(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// The marks, embeddings, overrides and isolates of the bidirectional algorithm: with them a name could make
-// the size or the identifier behind it read as something else.
+/// The marks, embeddings, overrides and isolates of the bidirectional algorithm: with them a name could make
+/// the size or the identifier behind it read as something else.
 bool TurnsDirection(utf8proc_int32_t point) {
   return point == 0x061C || point == 0x200E || point == 0x200F || (point >= 0x202A && point <= 0x202E) ||
          (point >= 0x2066 && point <= 0x2069);

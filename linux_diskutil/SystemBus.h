@@ -79,9 +79,8 @@ bool ForEachEntry(sd_bus_message* message, const std::string& entry, Read read) 
   };
   const auto leave = [&] { return SdBusLibrary().sd_bus_message_exit_container(message) >= 0; };
   if (!enter(SD_BUS_TYPE_ARRAY, "{" + entry + "}")) return false;
-  while (SdBusLibrary().sd_bus_message_at_end(message, 0) == 0) {
+  while (SdBusLibrary().sd_bus_message_at_end(message, 0) == 0)
     if (!enter(SD_BUS_TYPE_DICT_ENTRY, entry) || !read() || !leave()) return false;
-  }
   return leave();
 }
 

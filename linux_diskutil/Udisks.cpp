@@ -19,13 +19,12 @@ constexpr const char* kBlock = "org.freedesktop.UDisks2.Block";
 constexpr const char* kFilesystem = "org.freedesktop.UDisks2.Filesystem";
 
 bool IsOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
-  for (const std::string_view each : names) {
+  for (const std::string_view each : names)
     if (name == each) return true;
-  }
   return false;
 }
 
-// The object of the device among all objects of UDisks2; empty when it knows no such device.
+/// The object of the device among all objects of UDisks2; empty when it knows no such device.
 std::string FindObject(sd_bus_message* objects, dev_t number) {
   std::string found;
   ForEachEntry(objects, "oa{sa{sv}}", [&] {
@@ -37,9 +36,8 @@ std::string FindObject(sd_bus_message* objects, dev_t number) {
       return ForEachEntry(objects, "sv", [&] {
         const char* property = nullptr;
         if (SdBusLibrary().sd_bus_message_read(objects, "s", &property) < 0) return false;
-        if (std::strcmp(interface, kBlock) != 0 || std::strcmp(property, "DeviceNumber") != 0) {
+        if (std::strcmp(interface, kBlock) != 0 || std::strcmp(property, "DeviceNumber") != 0)
           return SdBusLibrary().sd_bus_message_skip(objects, "v") >= 0;
-        }
         std::uint64_t value = 0;
         if (SdBusLibrary().sd_bus_message_read(objects, "v", "t", &value) < 0) return false;
         if (value == number) found = path;
@@ -65,12 +63,12 @@ Answer CallFilesystem(sd_bus* bus, const std::string& object, const char* method
   return Call(bus, call.get(), limit);
 }
 
-// libsystemd's own word for a limit that has passed, and UDisks2's.
+/// libsystemd's own word for a limit that has passed, and UDisks2's.
 bool TimedOut(std::string_view error) {
   return IsOneOf(error, {"org.freedesktop.DBus.Error.Timeout", "org.freedesktop.UDisks2.Error.TimedOut"});
 }
 
-// The bus's word for a service that went away with our request, and libsystemd's for a bus that did.
+/// The bus's word for a service that went away with our request, and libsystemd's for a bus that did.
 bool Died(std::string_view error) {
   return IsOneOf(error, {"org.freedesktop.DBus.Error.NoReply", "org.freedesktop.DBus.Error.Disconnected",
                          "System.Error.ECONNRESET"});
@@ -131,9 +129,8 @@ Udisks::Response Udisks::Request(const char* method, dev_t number, const Check& 
 MountAttempt Udisks::Mount(dev_t number, const Check& isStillMeant) const {
   Response response = Request("Mount", number, isStillMeant);
   const char* point = nullptr;
-  if (response.message && SdBusLibrary().sd_bus_message_read(response.message.get(), "s", &point) < 0) {
+  if (response.message && SdBusLibrary().sd_bus_message_read(response.message.get(), "s", &point) < 0)
     point = nullptr;
-  }
   return {std::move(response.failure), point ? point : ""};
 }
 

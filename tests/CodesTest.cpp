@@ -45,10 +45,10 @@ class Codes : public ProgramFixture {
 TEST_F(Codes, OfMountUnmountAndReport) {
   // clang-format off
   const struct {
-    const char* Button;
-    int Row;
-    bool Feedback;  // the setting
-    const char *Command, *Texts, *First, *Second;  // and the rows afterwards
+    const char* button;
+    int row;
+    bool feedback;  // the setting
+    const char *command, *texts, *first, *second;  // and the rows afterwards
   } operations[] = {
       {"mountBtn",   0, false, "diskutil mount disk0s2",   "", "mounted", "mounted"},
       {"mountBtn",   0, true,  "diskutil mount disk0s2",   "Executing the command 'diskutil mount'/Mounting «My Data».\rPlease wait...",     "mounted", "mounted"},
@@ -59,29 +59,29 @@ TEST_F(Codes, OfMountUnmountAndReport) {
   RunProgram([&] {
     for (const int code : {INT_MIN, -1, 0, 1, 2, 255, 256, 257, INT_MAX}) {
       for (const auto& operation : operations) {
-        SCOPED_TRACE(operation.Button + std::string(" ") + std::to_string(code));
+        SCOPED_TRACE(operation.button + std::string(" ") + std::to_string(code));
         Scan();
-        App()->showFeedbackWin = operation.Feedback;
+        App()->showFeedbackWin = operation.feedback;
         code_ = code;
-        const bool passedOver = code == 256 && operation.Button == std::string("unMountBtn");
-        TheStage().Messages.clear();
+        const bool passedOver = code == 256 && operation.button == std::string("unMountBtn");
+        TheStage().messages.clear();
         std::vector<std::string> expected;
         if (code > 0 && !passedOver) {
           expected.push_back("Error code: " + std::to_string(code));
-          TheStage().Answers.emplace_back([&] {
-            EXPECT_EQ(IsOpen("Window2"), *operation.Texts != '\0');
+          TheStage().answers.emplace_back([&] {
+            EXPECT_EQ(IsOpen("Window2"), *operation.texts != '\0');
             EventLoop::Deliver([] { EXPECT_FALSE(IsOpen("Window2")) << "in the middle of a handler"; });
             EventLoop::RunPending();
           });
         }
-        Select(operation.Row);
-        Press(operation.Button);
-        EXPECT_EQ(TheStage().Messages, expected);
-        EXPECT_EQ(commands_.back(), operation.Command);
-        EXPECT_EQ(feedback_, operation.Texts);
-        EXPECT_EQ(Table(), Rows(operation.First, operation.Second));
+        Select(operation.row);
+        Press(operation.button);
+        EXPECT_EQ(TheStage().messages, expected);
+        EXPECT_EQ(commands_.back(), operation.command);
+        EXPECT_EQ(feedback_, operation.texts);
+        EXPECT_EQ(Table(), Rows(operation.first, operation.second));
         EXPECT_FALSE(IsOpen("Window2"));
-        const bool reported = operation.Button == std::string("infoBtn") && code <= 0;
+        const bool reported = operation.button == std::string("infoBtn") && code <= 0;
         EXPECT_EQ(IsOpen("Window3"), reported);
         if (reported) {
           EXPECT_EQ(Window3()->staticTitle()->Text.Get().Utf8(), "diskutil info for: Backup (disk0s3)");

@@ -87,8 +87,8 @@ TEST_F(ListboxTest, StaysInStepWithAPlainReference) {
     const auto changes = list_->TakeChanges();
     shown.resize(reference.size());
     for (std::size_t row = 0; row < shown.size(); ++row)
-      if (changes.RowsRemoved ||
-          (static_cast<int>(row) >= changes.FirstStale && static_cast<int>(row) < changes.EndStale))
+      if (changes.rowsRemoved ||
+          (static_cast<int>(row) >= changes.firstStale && static_cast<int>(row) < changes.endStale))
         shown[row] = cell(row);
     ASSERT_EQ(shown, reference);
   }

@@ -129,7 +129,7 @@ TEST_P(AtStart, ScansAndShowsTheFeedbackWindowWhenAsked) {
     }
     Remove("info.held");
     EXPECT_TRUE(WaitForScan());
-    EXPECT_TRUE(PumpUntil([] { return TheStage().OpenWindows.size() == 1; })) << "the screen was not told";
+    EXPECT_TRUE(PumpUntil([] { return TheStage().openWindows.size() == 1; })) << "the screen was not told";
     EXPECT_EQ(Table(), scan ? kTable : "");
     EXPECT_EQ(Calls().size(), scan ? 4u : 0u);
   });
@@ -138,12 +138,12 @@ TEST_P(AtStart, ScansAndShowsTheFeedbackWindowWhenAsked) {
 TEST_F(MainWindow, AFailedListEndsTheProgramWithItsSettingsSaved) {
   WritePrefs(true, true, false);
   Write("list.status", "2");
-  TheStage().Answers.emplace_back([] {
+  TheStage().answers.emplace_back([] {
     EXPECT_TRUE(IsOpen("Window2"));
     EXPECT_EQ(Read([] { return Window1()->ListBox1()->ListCount(); }), 0);
   });
   EXPECT_EQ(RunProgram([] { PumpUntil([] { return false; }); }), 0);
-  EXPECT_EQ(TheStage().Messages, std::vector<std::string>{"Error code: 2"});
+  EXPECT_EQ(TheStage().messages, std::vector<std::string>{"Error code: 2"});
   EXPECT_EQ(Calls(), std::vector<std::string>{"list"});
   EXPECT_EQ(ReadPrefs().find("# Dravik's preferences version\n1.3\n# Scan on startup\nyes\n"), 0u);
 }
@@ -158,8 +158,8 @@ TEST_F(MainWindow, AScanDuringAScanIsRefusedAndTearsNothing) {
     Select(0);
     DismissMessages(1);
     Press("scanButton");
-    ASSERT_EQ(TheStage().Messages.size(), 1u);
-    EXPECT_NE(TheStage().Messages[0].find("ThreadAlreadyRunningException"), std::string::npos);
+    ASSERT_EQ(TheStage().messages.size(), 1u);
+    EXPECT_NE(TheStage().messages[0].find("ThreadAlreadyRunningException"), std::string::npos);
     EXPECT_TRUE(IsOpen("Window2"));
     EXPECT_EQ(Table(), "");
     EXPECT_EQ(Buttons(), "");

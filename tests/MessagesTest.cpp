@@ -33,7 +33,7 @@ TEST_F(Messages, AMessageAskedForDuringAHandlerComesUpBehindIt) {
     while (!asked) std::this_thread::yield();
     EventLoop::Deliver([] {
       New<Shell>()->Execute("sleep 0.1");
-      EXPECT_TRUE(TheStage().Messages.empty()) << "a message came up in the middle of a handler";
+      EXPECT_TRUE(TheStage().messages.empty()) << "a message came up in the middle of a handler";
     });
     EXPECT_TRUE(Ends()) << "the message was forgotten";
   });
@@ -49,7 +49,7 @@ TEST_F(Messages, AQuitEndsItsWaitForAMessage) {
       Quit(0);
     });
   });
-  EXPECT_TRUE(TheStage().Messages.empty());
+  EXPECT_TRUE(TheStage().messages.empty());
 }
 
 TEST_F(Messages, AnExceptionNamesItsClassAndEndsTheThreadOnly) {
@@ -61,7 +61,7 @@ TEST_F(Messages, AnExceptionNamesItsClassAndEndsTheThreadOnly) {
     EventLoop::Deliver([] { throw std::length_error("not a class"); });
     const char* const nil = "An exception of the class NilObjectException was not handled.";
     EXPECT_EQ(
-        TheStage().Messages,
+        TheStage().messages,
         (std::vector<std::string>{nil, nil, "An exception of the class std::length_error was not handled."}));
   });
 }

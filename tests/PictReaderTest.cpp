@@ -68,10 +68,10 @@ File& TwoPixels(File& file, int opcode, int rowBytes, int pixelSize, int packTyp
 
 TEST(PictReader, ReadsEveryWayOfStoringPixels) {
   struct Case {
-    const char* Name;
-    int Opcode, RowBytes, PixelSize, PackType, Components;
-    std::initializer_list<int> Row;
-    std::vector<std::uint32_t> Pixels;
+    const char* name;
+    int opcode, rowBytes, pixelSize, packType, components;
+    std::initializer_list<int> row;
+    std::vector<std::uint32_t> pixels;
   };
   const Case cases[] = {
       {"bits, unpacked", 0x90, 2, bitMap, 0, 1, {0x40, 0}, {0xFFFFFFFF, 0xFF000000}},
@@ -88,13 +88,13 @@ TEST(PictReader, ReadsEveryWayOfStoringPixels) {
       {"alpha left empty", 0x9A, 8, 32, 0, 4, {6, 0xFF, 0, 0xFD, 1, 0xFF, 2}, {0xFF010102, 0xFF010102}},
   };
   for (const Case& test : cases) {
-    SCOPED_TRACE(test.Name);
+    SCOPED_TRACE(test.name);
     File file(2, 1);
     file.Words({0, 1, 10, 0, 0, 1, 2, 0x1A, 1, 2, 3, 0xA0, 7, 0xA1, 7, 3}).Raw({1, 2, 3, 0});  // no pixels
-    TwoPixels(file, test.Opcode, test.RowBytes, test.PixelSize, test.PackType, test.Components).Raw(test.Row);
+    TwoPixels(file, test.opcode, test.rowBytes, test.pixelSize, test.packType, test.components).Raw(test.row);
     const auto picture = ReadPict(file.End());
     ASSERT_TRUE(picture);
-    EXPECT_TRUE(picture->Pixels == test.Pixels && picture->Width == 2 && picture->Height == 1);
+    EXPECT_TRUE(picture->pixels == test.pixels && picture->width == 2 && picture->height == 1);
   }
 }
 

@@ -31,8 +31,8 @@ class Prefs : public ProgramFixture {
 TEST_F(Prefs, AreReadByLineNumbers) {
   const std::string crLf = "a\r\n1.3\r\nb\r\nyes\r\nc\r\nyes\r\nd\r\nno\r\n";
   const struct {
-    std::string Text;
-    const char *Settings, *Version;
+    std::string text;
+    const char *settings, *version;
   } cases[] = {
       {kWhole, "SFU", "1.3"},
       {"", "S..", ""},
@@ -54,8 +54,8 @@ TEST_F(Prefs, AreReadByLineNumbers) {
   testing::internal::CaptureStderr();
   RunProgram([&] {
     for (const auto& test : cases) {
-      EXPECT_EQ(Loaded(test.Text), test.Settings) << test.Text;
-      EXPECT_EQ(App()->vrs.Utf8(), test.Version) << test.Text;
+      EXPECT_EQ(Loaded(test.text), test.settings) << test.text;
+      EXPECT_EQ(App()->vrs.Utf8(), test.version) << test.text;
     }
     WritePrefs("old and\nlonger than what is written now" + std::string(900, '\n'));
     App()->scan = App()->showFeedbackWin = App()->showUnMountBtn = true;
@@ -82,7 +82,7 @@ TEST_F(Prefs, ThatCannotBeOpenedAreToldTwice) {
               Scan();
             }),
             0);
-  for (const auto& message : TheStage().Messages)
+  for (const auto& message : TheStage().messages)
     EXPECT_NE(message.find("NilObjectException"), std::string::npos) << message;
 }
 

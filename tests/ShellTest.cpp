@@ -21,13 +21,13 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Outcome {
-  int Code = -1;
-  std::string Text;
+  int code = -1;
+  std::string text;
   bool operator==(const Outcome&) const = default;
 };
 
 void PrintTo(const Outcome& outcome, std::ostream* stream) {
-  *stream << outcome.Code << " \"" << outcome.Text.substr(0, 200) << "\"";
+  *stream << outcome.code << " \"" << outcome.text.substr(0, 200) << "\"";
 }
 
 class ShellTest : public FolderFixture {
@@ -74,7 +74,7 @@ TEST_F(ShellTest, SaysWhyACommandDidNotRun) {
     EXPECT_EQ(OnBoth(line), (Outcome{127, ""})) << line;
   for (const char* line : {"plain", "lost", "folder", "/"})
     EXPECT_EQ(OnBoth(line), (Outcome{126, ""})) << line;
-  EXPECT_EQ(OnBoth(std::string("printf a\0b", 10)).Code, 126) << "a word was cut short";
+  EXPECT_EQ(OnBoth(std::string("printf a\0b", 10)).code, 126) << "a word was cut short";
   const std::string told = testing::internal::GetCapturedStderr();
   EXPECT_NE(told.find("nosuch: No such file or directory\n"), std::string::npos) << told;
   EXPECT_NE(told.find("plain: Permission denied\n"), std::string::npos) << told;
@@ -121,15 +121,15 @@ TEST_F(ShellTest, GivesTheCommandNothingButThreeDescriptors) {
   pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
 
   // The fourth is the folder itself, which ls has open.
-  EXPECT_EQ(OnBoth("ls /proc/self/fd").Text, "0\n1\n2\n3\n");
-  EXPECT_EQ(OnBoth("readlink /proc/self/fd/0").Text, "/dev/null\n");
-  std::istringstream status(OnBoth("grep -E ^Sig(Blk|Ign): /proc/self/status").Text);
+  EXPECT_EQ(OnBoth("ls /proc/self/fd").text, "0\n1\n2\n3\n");
+  EXPECT_EQ(OnBoth("readlink /proc/self/fd/0").text, "/dev/null\n");
+  std::istringstream status(OnBoth("grep -E ^Sig(Blk|Ign): /proc/self/status").text);
   constexpr std::uint64_t kKeptByTheLibrary = std::uint64_t{3} << 31;  // signals 32 and 33
   int masks = 0;
   for (std::string name, mask; status >> name >> mask; ++masks)
     EXPECT_EQ(std::stoull(mask, nullptr, 16) & ~kKeptByTheLibrary, 0u) << name;
   EXPECT_EQ(masks, 2);
-  std::istringstream process(OnMain("cat /proc/self/stat").Text);
+  std::istringstream process(OnMain("cat /proc/self/stat").text);
   std::string id, name, state, parent, group;
   process >> id >> name >> state >> parent >> group;
   EXPECT_EQ(group, id);
@@ -149,7 +149,7 @@ TEST_F(ShellTest, TakesOutputHoweverItComes) {
   EXPECT_EQ(OnMain("leaves"), (Outcome{4, "out\n"}));
   kill(std::stoi(TextOf(home_ / "left")), SIGKILL);
   const Outcome flood = OnMain("head -c 100000000 /dev/zero");
-  EXPECT_TRUE(flood.Text == std::string(100'000'000, '\0')) << flood.Text.size();
+  EXPECT_TRUE(flood.text == std::string(100'000'000, '\0')) << flood.text.size();
 }
 
 #ifdef __linux__

@@ -50,7 +50,7 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
     });
     EXPECT_FALSE(EventLoop::Quitting());
   });
-  EXPECT_EQ(TheStage().WindowsSeen, (std::vector<std::string>{"Window1.Window1", "Window3.Window3"}));
+  EXPECT_EQ(TheStage().windowsSeen, (std::vector<std::string>{"Window1.Window1", "Window3.Window3"}));
 }
 
 TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
@@ -67,7 +67,7 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
   RunProgram([&] {
     for (const auto& [what, click, addresses] : cases) {
       SCOPED_TRACE(what);
-      TheStage().Addresses.clear();
+      TheStage().addresses.clear();
       Choose("AppleAbout");
       const auto about = AboutWindow();
       Choose("AppleAbout");
@@ -86,7 +86,7 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       });
       EXPECT_FALSE(about->IsOpen() || IsOpen("AboutWindow"));
       web->UserMouseDown(1, 1);  // which has gone
-      EXPECT_EQ(TheStage().Addresses, addresses);
+      EXPECT_EQ(TheStage().addresses, addresses);
     }
   });
 }
@@ -96,12 +96,12 @@ TEST_F(Windows, MenusEnableWhatCanBeDone) {
     EXPECT_FALSE(Window1()->UntitledMenu0()->KeyboardShortcut);
 
     for (const bool canEdit : {false, true}) {
-      TheStage().CanEdit = canEdit;
+      TheStage().canEdit = canEdit;
       for (const char* name : {"EditUndo", "EditCut", "EditCopy", "EditPaste", "EditClear"}) Choose(name);
       EXPECT_EQ(Window1()->EditCopy()->Enabled, canEdit);
       EXPECT_TRUE(Window1()->AppleAbout()->Enabled && Window1()->FileQuit()->Enabled);
       EXPECT_FALSE(Window1()->UntitledMenu0()->Enabled);
-      EXPECT_EQ(TheStage().Edits.size(), canEdit ? 5u : 0u);
+      EXPECT_EQ(TheStage().edits.size(), canEdit ? 5u : 0u);
     }
     Choose("AppleAbout");
     EXPECT_TRUE(AboutWindow()->Handlers().Has("FileClose"));

@@ -7,8 +7,8 @@
 namespace {
 
 constexpr const char* kWebAddress = "https://www.dravik.example/";
-// The address that is shown and the one that mail goes to are two: whoever changes one changes the other by
-// hand.
+/// The address that is shown and the one that mail goes to are two: whoever changes one changes the other by
+/// hand.
 constexpr const char* kShownMailAddress = "contact@dravik.example";
 constexpr const char* kMailAddress = "mailto:contacts@dravik.example?subject=Dravik";
 constexpr const char* kDonationAddress = "https://www.dravik.example/paypal.php?app=Dravik";

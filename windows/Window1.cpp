@@ -156,8 +156,8 @@ void Window1::ListBox2_DoubleClick(Ref<Listbox>) {
   mountThisDisk(ListBox2()->ListIndex());
 }
 
-// The one place that enables and disables buttons: they keep telling the state at the moment of selection.
-// With no row selected the unMount button stays as it was.
+/// The one place that enables and disables buttons: they keep telling the state at the moment of selection.
+/// With no row selected the unMount button stays as it was.
 void Window1::ListBox2_Change(Ref<Listbox>) {
   const int row = ListBox2()->ListIndex();
   if (row < 0) {
@@ -175,8 +175,8 @@ void Window1::ListBox2_Change(Ref<Listbox>) {
   }
 }
 
-// During a scan, `Run` raises an exception and nothing below it happens. The shell runs
-// nothing, deliberately: every handler that starts a command holds one, and the thread has its own.
+/// During a scan, `Run` raises an exception and nothing below it happens. The shell runs
+/// nothing, deliberately: every handler that starts a command holds one, and the thread has its own.
 void Window1::scanButton_Action(Ref<PushButton>) {
   const auto shell = New<Shell>();
   ListBox1()->DeleteAllRows();

@@ -2,85 +2,18 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QElapsedTimer>
-#include <QPointer>
 #include <QTableView>
-#include <QTimer>
 #include <utility>
 #include <vector>
 
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/LabelView.h"
+#include "framework/qt/Speaker.h"
 #include "framework/qt/TabPanelView.h"
 #include "framework/qt/WheelView.h"
 #include "framework/qt/WindowView.h"
 
 namespace {
-
-using namespace std::chrono_literals;
-
-constexpr auto kAskedFor = 5s;    // in which a screen reader asks what a notice says
-constexpr auto kConnecting = 1s;  // from Qt's word that somebody listens until events really go out
-constexpr auto kStarting = 10s;   // in which somebody who listens has been connected
-
-/// Nothing to be seen. It says its name as it comes up, which is an event that screen readers do not drop.
-class Notice final : public QWidget {
- public:
-  Notice(QWidget& window, const QString& text) : QWidget(&window) {
-    resize(0, 0);
-    setAccessibleName(text);
-    show();
-    QTimer::singleShot(kAskedFor, this, &QObject::deleteLater);
-  }
-};
-
-/// Says things, and keeps what is to be said before anybody can hear it.
-class Speaker final : public QObject, public QAccessible::ActivationObserver {
- public:
-  Speaker() { sinceStart_.start(); }
-
-  void Say(QWidget& window, const QString& text) {
-    ++times_;
-    if (connected_)
-      new Notice(window, text);
-    else if (Hears())
-      kept_.push_back({&window, text});
-  }
-  int Times() const { return times_; }
-  bool Hears() const { return listening_ || Starting(); }
-
-  void accessibilityActiveChanged(bool active) override {
-    listening_ = active;
-    connected_ = false;
-    if (!active || !Starting()) kept_.clear();  // it has long been over
-    if (active) QTimer::singleShot(kConnecting, this, &Speaker::SayKept);
-  }
-
- private:
-  struct Kept {
-    QPointer<QWidget> window;
-    QString text;
-  };
-
-  bool Starting() const { return !sinceStart_.hasExpired(kStarting / 1ms); }
-
-  void SayKept() {
-    connected_ = listening_;
-    for (const Kept& kept : std::exchange(kept_, {}))
-      if (kept.window && connected_) new Notice(*kept.window, kept.text);
-  }
-
-  QElapsedTimer sinceStart_;
-  bool listening_ = false;
-  bool connected_ = false;
-  std::vector<Kept> kept_;
-  int times_ = 0;
-};
-
-Speaker& TheSpeaker() {
-  static auto& speaker = *new Speaker;  // windows may go after statics
-  return speaker;
-}
 
 /// A window. One that takes no focus waits for no answer, as a dialogue does, and is called by what it says,
 /// which its title need not tell.
@@ -173,19 +106,7 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
 
 void InstallAccessibility() {
   QAccessible::installFactory(MakeInterface);
-  QAccessible::installActivationObserver(&TheSpeaker());
-}
-
-void Say(QWidget& window, const QString& text) {
-  TheSpeaker().Say(window, text);
-}
-
-bool SomebodyHears() {
-  return TheSpeaker().Hears();
-}
-
-int TimesSaid() {
-  return TheSpeaker().Times();
+  InstallSpeaker();
 }
 
 void SetAccessibleName(QWidget& widget, const QString& name) {

@@ -9,14 +9,6 @@ class QWidget;
 /// Tells assistive technology what our own widgets are: windows, wheels, pictures, links.
 void InstallAccessibility();
 
-/// Says something that happens without the focus: once, also if that is over before it can be said, and
-/// at the start as soon as somebody listens. `window` must stay for some seconds.
-void Say(QWidget& window, const QString& text);
-/// True where that would be heard. Words that take work to find are looked for only then.
-bool SomebodyHears();
-/// How often something has been said.
-int TimesSaid();
-
 /// Names a widget. A name that it has is not told again.
 void SetAccessibleName(QWidget& widget, const QString& name);
 

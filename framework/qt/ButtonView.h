@@ -7,14 +7,6 @@
 #include "framework/qt/ControlView.h"
 #include "framework/qt/Painting.h"
 
-/// A colour with some of another in it.
-inline QColor Mixed(QColor color, QColor other) {
-  constexpr float kPart = 0.4f;
-  const auto mix = [](float a, float b) { return a + (b - a) * kPart; };
-  return QColor::fromRgbF(mix(color.redF(), other.redF()), mix(color.greenF(), other.greenF()),
-                          mix(color.blueF(), other.blueF()));
-}
-
 /// What the views of the two kinds of button share.
 template <class ControlClass>
 class ButtonView : public ViewOf<ControlClass, QPushButton> {

@@ -62,13 +62,13 @@ QString Literal(const String& caption) {
 }
 
 QColor ToQColor(Color color) {
-  return QColor::fromRgb(QRgb{0xFF000000u | color.Value});
+  return QColor::fromRgb(QRgb{0xFF000000u | color.rgb});
 }
 
 QPixmap ToQPixmap(const PictureRef& picture, QSize room, qreal scale) {
-  if (!picture || picture->Width <= 0 || picture->Height <= 0) return {};
-  const auto* pixels = reinterpret_cast<const uchar*>(picture->Pixels.data());
-  const QImage image(pixels, picture->Width, picture->Height, picture->Width * 4, QImage::Format_ARGB32);
+  if (!picture || picture->width <= 0 || picture->height <= 0) return {};
+  const auto* pixels = reinterpret_cast<const uchar*>(picture->pixels.data());
+  const QImage image(pixels, picture->width, picture->height, picture->width * 4, QImage::Format_ARGB32);
   const bool fits = image.width() <= room.width() && image.height() <= room.height();
   const QSize shown = fits ? image.size() : image.size().scaled(room, Qt::KeepAspectRatio);
   QPixmap pixmap =

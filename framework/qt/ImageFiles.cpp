@@ -28,7 +28,7 @@ PictureRef ReadImage(const std::string& path) {
   Picture picture{image.width(), image.height(), {}};
   for (int y = 0; y < image.height(); ++y) {
     const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    picture.Pixels.insert(picture.Pixels.end(), line, line + image.width());
+    picture.pixels.insert(picture.pixels.end(), line, line + image.width());
   }
   return std::make_shared<Picture>(std::move(picture));
 }

@@ -28,8 +28,8 @@ bool Contains(const Control& outer, const Control& inner) {
 
 /// True for a label over a filled rectangle; false on the window's own background.
 bool StandsOnFill(const Label& label) {
-  if (!label.Window()) return false;
-  for (const auto& control : label.Window()->Controls()) {
+  if (!label.StandsIn()) return false;
+  for (const auto& control : label.StandsIn()->Controls()) {
     if (control.Get() == &label) return false;
     if (Cast<Rectangle>(control) && control->TabPanelIndex == label.TabPanelIndex &&
         Contains(*control, label))

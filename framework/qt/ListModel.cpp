@@ -23,7 +23,7 @@ void ListModel::Copy(Listbox& list, Scope scope) {
   boldMeans_ = OneLine(list.BoldRowMeans);
   italicMeans_ = OneLine(list.ItalicRowMeans);
   headings_ = OneLine(list.AccessibleHeadings).split(',');
-  if (scope == Scope::kAll || changes.RowsRemoved || columns_ != list.ColumnCount)
+  if (scope == Scope::kAll || changes.rowsRemoved || columns_ != list.ColumnCount)
     CopyAll(list);
   else
     CopyStale(list, changes);
@@ -39,14 +39,14 @@ void ListModel::CopyAll(const Listbox& list) {
 
 void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) {
   const int had = rowCount();
-  const int end = std::min(changes.EndStale, had);
-  for (int row = changes.FirstStale; row < end; ++row) {
+  const int end = std::min(changes.endStale, had);
+  for (int row = changes.firstStale; row < end; ++row) {
     Row& copy = rows_[static_cast<std::size_t>(row)];
     const QString meaning = copy.empty() ? QString() : Meaning(copy.front());
     copy = CopyRow(list.RowData(row));
     if (!meaning.isEmpty() && meaning != Meaning(copy.front())) newMeaning_.push_back(row);
   }
-  if (changes.FirstStale < end) emit dataChanged(index(changes.FirstStale, 0), index(end - 1, columns_ - 1));
+  if (changes.firstStale < end) emit dataChanged(index(changes.firstStale, 0), index(end - 1, columns_ - 1));
   if (list.ListCount() == had) return;
   beginInsertRows({}, had, list.ListCount() - 1);
   for (int row = had; row < list.ListCount(); ++row) rows_.push_back(CopyRow(list.RowData(row)));
@@ -55,7 +55,7 @@ void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) 
 
 ListModel::Row ListModel::CopyRow(const Listbox::Row& row) {
   Row copy;
-  for (const auto& cell : row) copy.push_back({OneLine(cell.Text), cell.Bold, cell.Italic, cell.Alignment});
+  for (const auto& cell : row) copy.push_back({OneLine(cell.text), cell.bold, cell.italic, cell.alignment});
   return copy;
 }
 

@@ -13,6 +13,7 @@
 #include "framework/qt/Painting.h"
 #include "framework/qt/RectangleView.h"
 #include "framework/qt/RowDelegate.h"
+#include "framework/qt/Speaker.h"
 
 namespace {
 

@@ -21,8 +21,8 @@ void RectangleView::paintEvent(QPaintEvent*) {
 }
 
 QColor ColorAround(const Control& control) {
-  if (!control.Window()) return {};
-  for (const auto& other : control.Window()->Controls()) {
+  if (!control.StandsIn()) return {};
+  for (const auto& other : control.StandsIn()->Controls()) {
     const auto rectangle = Cast<Rectangle>(other);
     if (rectangle && rectangle->Name.Get() == control.InitialParent) return ToQColor(rectangle->TopLeftColor);
   }

@@ -52,24 +52,6 @@ char32_t FromScreen(char32_t c) {
   return c;
 }
 
-void AppendUtf8(std::string& bytes, char32_t c) {
-  const auto put = [&](char32_t byte) { bytes += static_cast<char>(byte); };
-  if (c < 0x80) return put(c);
-  if (c >= 0xDC80 && c <= 0xDCFF) return put(c - 0xDC00);
-  if (c < 0x800) {
-    put(0xC0 | c >> 6);
-  } else {
-    if (c < 0x10000) {
-      put(0xE0 | c >> 12);
-    } else {
-      put(0xF0 | c >> 18);
-      put(0x80 | (c >> 12 & 0x3F));
-    }
-    put(0x80 | (c >> 6 & 0x3F));
-  }
-  put(0x80 | (c & 0x3F));
-}
-
 void AppendBreak(std::string& bytes, char32_t standsFor) {
   if (standsFor == kReturnAndFeed)
     bytes += "\r\n";
@@ -84,13 +66,6 @@ void Append(std::u16string& shown, char32_t c) {
     shown += QChar::highSurrogate(c);
     shown += QChar::lowSurrogate(c);
   }
-}
-
-char32_t Character(char c) {
-  return static_cast<unsigned char>(c);
-}
-char32_t Character(char32_t c) {
-  return c;
 }
 
 /// The end of the text, or behind a blank that is near it.
@@ -121,7 +96,7 @@ void ShownText::Build(Text text) {
   std::size_t paragraph = 0;  // where it begins
   std::size_t line = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    char32_t c = Character(text[i]);
+    char32_t c = static_cast<char32_t>(text[i]);
     if (IsBreak(c)) {
       if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
         c = kReturnAndFeed;
@@ -161,41 +136,4 @@ std::string ShownText::Bytes(QStringView characters, int start, const Seams& sea
     }
   }
   return bytes;
-}
-
-void EditedSeams::Set(ShownText::Seams seams) {
-  seams_ = std::move(seams);
-  cuts_.clear();
-}
-
-void EditedSeams::Edit(int from, int removed, int added, const ShownText::Seams& news) {
-  if (removed > 0) cuts_.push_back(Cut(from, removed));
-  Paste({from, added, news});
-}
-
-/// Qt may undo several edits at once, and tells of them as of one.
-void EditedSeams::Undo(int from, int removed, int added) {
-  Cut(from, removed);
-  while (added > 0 && !cuts_.empty() && cuts_.back().size <= added) {
-    Paste(cuts_.back());
-    added -= cuts_.back().size;
-    cuts_.pop_back();
-  }
-  Paste({from, added, {}});
-}
-
-EditedSeams::Piece EditedSeams::Cut(int from, int size) {
-  const auto first = std::ranges::lower_bound(seams_, from, {}, &ShownText::Seam::at);
-  const auto last = std::ranges::lower_bound(first, seams_.end(), from + size, {}, &ShownText::Seam::at);
-  Piece piece{from, size, {first, last}};
-  for (auto& seam : piece.seams) seam.at -= from;
-  for (auto seam = seams_.erase(first, last); seam != seams_.end(); ++seam) seam->at -= size;
-  return piece;
-}
-
-void EditedSeams::Paste(const Piece& piece) {
-  auto seam = std::ranges::lower_bound(seams_, piece.from, {}, &ShownText::Seam::at);
-  for (auto behind = seam; behind != seams_.end(); ++behind) behind->at += piece.size;
-  seam = seams_.insert(seam, piece.seams.begin(), piece.seams.end());
-  for (std::size_t i = 0; i < piece.seams.size(); ++i) (seam++)->at += piece.from;
 }

@@ -4,7 +4,7 @@
 
 #include "framework/TextArea.h"
 #include "framework/qt/ControlView.h"
-#include "framework/qt/ShownText.h"
+#include "framework/qt/EditedSeams.h"
 
 /// A text of any shape, which is copied out byte for byte.
 class TextAreaView final : public ViewOf<TextArea, QPlainTextEdit> {

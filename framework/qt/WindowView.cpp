@@ -13,6 +13,7 @@
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
 #include "framework/qt/MenuKeys.h"
+#include "framework/qt/Speaker.h"
 #include "framework/qt/TabPanelView.h"
 #include "framework/qt/Wayland.h"
 
@@ -69,7 +70,7 @@ void WindowView::CopyParts() {
   CopyShown();
   copying_ = false;
   const bool speaks = owner_ && isVisible() && testAttribute(Qt::WA_ShowWithoutActivating);
-  if (speaks && SomebodyHears()) voice_.SayWords(*owner_, Words());
+  if (speaks && SomebodyListens()) voice_.SayWords(*owner_, Words());
 }
 
 void WindowView::CopyTitle() {

@@ -6,20 +6,20 @@
 #include "framework/EventLoop.h"
 #include "framework/Listbox.h"
 #include "framework/Thread.h"
-#include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
+#include "framework/qt/Speaker.h"
 
 void WindowVoice::SayWork() {
   const bool working = Thread::RunsFor(*window_);
   const bool changed = working != std::exchange(working_, working);
   // A window that has come up for the work says the start itself.
-  const bool heard = TimesSaid() != timesSaid_;
+  const bool alreadySaid = TimesSaid() != timesSaid_;
   for (const auto& control : window_->Controls()) {
     const auto list = changed ? Cast<Listbox>(control) : nullptr;
     if (!list || EventLoop::Quitting()) continue;
     const QStringList rows = OneLine(list->AccessibleRows).split(',');
     const QString start = OneLine(list->AccessibleStart);
-    if (working && !heard && !start.isEmpty()) Say(view_, start);
+    if (working && !alreadySaid && !start.isEmpty()) Say(view_, start);
     if (!working && rows.size() == 2)
       Say(view_, QString("%1 %2").arg(list->ListCount()).arg(rows[list->ListCount() == 1 ? 0 : 1]));
   }

@@ -35,7 +35,7 @@ std::string TextOf(const char* name) {
 
 /// What the session leaves behind comes to us, and has to end.
 Run RunOnce(const Session& session, int call, std::size_t error) {
-  session.Prepare();
+  session.prepare();
   new (shared) Shared{.wanted = call, .error = error};
   std::fflush(nullptr);
   const pid_t child = fork();
@@ -43,15 +43,15 @@ Run RunOnce(const Session& session, int call, std::size_t error) {
     if (!std::freopen("shown", "w", stdout) || !std::freopen("told", "w", stderr)) std::abort();
     alarm(10);  // what takes longer hangs
     armed = true;
-    const int result = session.Play();
+    const int result = session.play();
     armed = false;
     std::exit(result);
   }
   Run run;
-  waitpid(child, &run.Status, 0);
+  waitpid(child, &run.status, 0);
   while (wait(nullptr) > 0) continue;
-  run.Shown = TextOf("shown"), run.Told = TextOf("told");
-  run.Struck = shared->struck, run.Code = shared->code;
+  run.shown = TextOf("shown"), run.told = TextOf("told");
+  run.struck = shared->struck, run.code = shared->code;
   return run;
 }
 
@@ -65,9 +65,9 @@ int Strike(const char* call, std::span<const int> errors) {
 }
 
 const char* Run::WhatIsWrong(const Run& good) const {
-  if (!WIFEXITED(Status)) return WTERMSIG(Status) == SIGALRM ? "it hangs" : "it crashes";
-  if (Shown != good.Shown && Told == good.Told) return "nobody is told";
-  return Shown != good.Shown && Code == EINTR ? "an interruption is no error" : nullptr;
+  if (!WIFEXITED(status)) return WTERMSIG(status) == SIGALRM ? "it hangs" : "it crashes";
+  if (shown != good.shown && told == good.told) return "nobody is told";
+  return shown != good.shown && code == EINTR ? "an interruption is no error" : nullptr;
 }
 
 bool FailEachCall(const Session& session, int least) {
@@ -77,18 +77,18 @@ bool FailEachCall(const Session& session, int least) {
         mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   }
   const Run good = RunOnce(session, -1, 0);
-  int points = 0, faults = good.Status == 0 ? 0 : 1;
+  int points = 0, faults = good.status == 0 ? 0 : 1;
   std::size_t error = 0;
   for (int call = 1;; ++points) {
     const Run run = RunOnce(session, call, error);
-    if (!run.Struck) break;
-    if (const char* wrong = session.Judge(good, run); wrong && ++faults) {
-      std::printf("%s: %s when call %d, %s, fails: %s\n%s", session.Name, wrong, call, run.Struck,
-                  std::strerror(run.Code), run.Told.c_str());
+    if (!run.struck) break;
+    if (const char* wrong = session.judge(good, run); wrong && ++faults) {
+      std::printf("%s: %s when call %d, %s, fails: %s\n%s", session.name, wrong, call, run.struck,
+                  std::strerror(run.code), run.told.c_str());
     }
     if (++error >= shared->errors) ++call, error = 0;
   }
-  std::printf("%s: %d points of failure, %d faults\n%s", session.Name, points, faults, good.Told.c_str());
+  std::printf("%s: %d points of failure, %d faults\n%s", session.name, points, faults, good.told.c_str());
   return points >= least && faults == 0;
 }
 

@@ -22,10 +22,10 @@ struct Spare {
 
 /// How one run of a session ended, and the call that failed in it.
 struct Run {
-  int Status = 0;  // as `waitpid` tells it
-  std::string Shown, Told;
-  const char* Struck = nullptr;
-  int Code = 0;
+  int status = 0;  // as `waitpid` tells it
+  std::string shown, told;
+  const char* struck = nullptr;
+  int code = 0;
 
   /// What is wrong with it, nullptr for nothing: a run may show something else than a good one, and then says
   /// so.
@@ -36,11 +36,11 @@ struct Run {
 int Strike(const char* call, std::span<const int> errors);
 
 struct Session {
-  const char* Name;
-  std::function<void()> Prepare;  // in this process
-  std::function<int()> Play;      // in one of its own, in the current folder; its exit status
+  const char* name;
+  std::function<void()> prepare;  // in this process
+  std::function<int()> play;      // in one of its own, in the current folder; its exit status
   /// What is wrong with a run: nullptr for nothing.
-  std::function<const char*(const Run& good, const Run& run)> Judge;
+  std::function<const char*(const Run& good, const Run& run)> judge;
 };
 
 /// Plays the session again and again until a run goes through, and prints what the judge finds wrong. Returns

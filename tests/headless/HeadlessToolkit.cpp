@@ -24,7 +24,7 @@ class HeadlessToolkit : public Toolkit {
   ~HeadlessToolkit() override { current = nullptr; }
 
   void RunLoop() override {
-    if (const auto script = std::exchange(TheStage().Script, nullptr)) script();
+    if (const auto script = std::exchange(TheStage().script, nullptr)) script();
     while (!ended_) WaitForInput({}, -1);
   }
   void EndLoop() override { ended_ = true; }
@@ -36,12 +36,12 @@ class HeadlessToolkit : public Toolkit {
 
   void Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>&) override {
     Stage& stage = TheStage();
-    stage.OpenWindows.clear();
+    stage.openWindows.clear();
     for (const auto& window : open) {
       const std::string name = window->ImplicitName().Utf8();
-      stage.OpenWindows.push_back(name);
-      if (std::ranges::find(stage.WindowsSeen, name) == stage.WindowsSeen.end())
-        stage.WindowsSeen.push_back(name);
+      stage.openWindows.push_back(name);
+      if (std::ranges::find(stage.windowsSeen, name) == stage.windowsSeen.end())
+        stage.windowsSeen.push_back(name);
     }
   }
 
@@ -49,13 +49,13 @@ class HeadlessToolkit : public Toolkit {
 
   void ShowMessage(const String& text) override {
     Stage& stage = TheStage();
-    stage.Messages.push_back(text.Utf8());
-    if (stage.Answers.empty()) {
+    stage.messages.push_back(text.Utf8());
+    if (stage.answers.empty()) {
       std::fprintf(stderr, "Nobody answers the message box \"%s\".\n", text.Utf8().c_str());
       std::abort();
     }
-    const auto answer = std::move(stage.Answers.front());
-    stage.Answers.pop_front();
+    const auto answer = std::move(stage.answers.front());
+    stage.answers.pop_front();
     answer();
   }
 
@@ -71,12 +71,12 @@ class HeadlessToolkit : public Toolkit {
   }
 
   Area ScreenArea() override { return {0, 0, 1280, 800}; }
-  void OpenAddress(const String& address) override { TheStage().Addresses.push_back(address.Utf8()); }
+  void OpenAddress(const String& address) override { TheStage().addresses.push_back(address.Utf8()); }
   PictureRef ReadPicture(const std::string&) override {
     return std::make_shared<const Picture>(Picture{1, 1, {0xFFFFFFFF}});
   }
-  bool CanEdit(EditCommand) override { return TheStage().CanEdit; }
-  void Edit(EditCommand command) override { TheStage().Edits.push_back(command); }
+  bool CanEdit(EditCommand) override { return TheStage().canEdit; }
+  void Edit(EditCommand command) override { TheStage().edits.push_back(command); }
 
   bool Ended() const { return ended_; }
 
@@ -102,7 +102,7 @@ Stage& TheStage() {
 }
 
 void DismissMessages(int count) {
-  for (int i = 0; i < count; ++i) TheStage().Answers.emplace_back([] {});
+  for (int i = 0; i < count; ++i) TheStage().answers.emplace_back([] {});
 }
 
 bool PumpUntil(const std::function<bool()>& condition) {

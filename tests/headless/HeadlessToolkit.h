@@ -11,19 +11,19 @@
 /// thread alone.
 struct Stage {
   /// Runs as the event loop starts, in place of the user. The loop goes on behind it until a quit.
-  std::function<void()> Script;
+  std::function<void()> script;
   /// What to do while each message box is up, one for each box in their order. A box nobody answers ends the
   /// test at once.
-  std::deque<std::function<void()>> Answers;
-  std::vector<std::string> Messages;
+  std::deque<std::function<void()>> answers;
+  std::vector<std::string> messages;
 
   /// Class names of the windows that were open at the last update, and of all that were at any.
-  std::vector<std::string> OpenWindows;
-  std::vector<std::string> WindowsSeen;
+  std::vector<std::string> openWindows;
+  std::vector<std::string> windowsSeen;
 
-  std::vector<std::string> Addresses;
-  bool CanEdit = false;
-  std::vector<EditCommand> Edits;
+  std::vector<std::string> addresses;
+  bool canEdit = false;
+  std::vector<EditCommand> edits;
 };
 
 Stage& TheStage();

@@ -42,12 +42,12 @@ ProgramFixture::~ProgramFixture() {
 }
 
 int ProgramFixture::RunProgram(std::function<void()> user) {
-  TheStage().Script = [user = std::move(user)] {
+  TheStage().script = [user = std::move(user)] {
     user();
     if (!EventLoop::Quitting()) Choose("FileQuit");
   };
   const int status = _Main(0, nullptr);
-  EXPECT_TRUE(TheStage().Answers.empty()) << TheStage().Answers.size() << " message boxes did not come up";
+  EXPECT_TRUE(TheStage().answers.empty()) << TheStage().answers.size() << " message boxes did not come up";
   return status;
 }
 

@@ -13,13 +13,12 @@
 #include <string>
 #include <thread>
 
+#include "framework/Descriptor.h"
 #include "linux_diskutil/Command.h"
-#include "linux_diskutil/FileDescriptor.h"
 #include "tests/linux_diskutil/UdisksMock.h"
 
 namespace {
 
-using diskutil::FileDescriptor;
 using diskutil::Outcome;
 
 bool Shell(const std::string& commands) {
@@ -33,7 +32,7 @@ std::string FirstLine(const std::string& path) {
   return line;
 }
 
-// All there is of the volume is the beginning of its header: version, block size and number of blocks.
+/// All there is of the volume is the beginning of its header: version, block size and number of blocks.
 void WriteHfs(const std::string& path, long start, const std::string& signature) {
   std::string header(512, '\0');
   header.replace(0, 4, signature + '\0' + (signature == "HX" ? '\5' : '\4'));
@@ -42,8 +41,8 @@ void WriteHfs(const std::string& path, long start, const std::string& signature)
   file.seekp(start + 1024) << header;
 }
 
-// An image on a loop device. Detached while we hold it open, the device goes with this process, however that
-// ends, and so do its partitions, thanks to -P.
+/// An image on a loop device. Detached while we hold it open, the device goes with this process, however that
+/// ends, and so do its partitions, thanks to -P.
 class LoopDisk {
  public:
   explicit LoopDisk(const std::string& image)
@@ -61,7 +60,7 @@ class LoopDisk {
   }
 
   std::string device_;
-  FileDescriptor file_;
+  Descriptor file_;
 };
 
 class Image : public testing::Test {
@@ -89,7 +88,7 @@ Outcome Diskutil(const std::vector<std::string_view>& words) {
   return diskutil::RunCommand(words, diskutil::Udisks());
 }
 
-// Where there is a udev daemon, it knows a new disk a moment later than the kernel.
+/// Where there is a udev daemon, it knows a new disk a moment later than the kernel.
 bool ListComesToHold(const std::string& text) {
   for (int i = 0; i < 100; ++i) {
     if (Diskutil({"list"}).text.find(text) != std::string::npos) return true;
@@ -123,7 +122,7 @@ TEST_F(Image, IsListedMountedAndUnmounted) {
   const std::string folder = "/media/" + ext;
   EXPECT_EQ(Diskutil({"mount", ext}).text, "Volume e x t on " + ext + " mounted at " + folder + "\n");
   {
-    const FileDescriptor user(open(folder.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor user(open(folder.c_str(), O_RDONLY | O_CLOEXEC));
     EXPECT_EQ(Diskutil({"unMount", ext}).text, "Could not unmount " + ext + ": the volume is in use\n");
   }
   EXPECT_EQ(Diskutil({"unMount", ext}).text, "Volume e x t on " + ext + " unmounted\n");

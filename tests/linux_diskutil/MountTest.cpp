@@ -26,14 +26,15 @@ const std::string kError = "org.freedesktop.UDisks2.Error.";
 const std::string kMounted = "36 20 8:18 / /media/Backup rw - hfsplus /dev/sdb2 rw,errors=remount-ro\n";
 const std::string kMountedReadOnly = "36 20 8:18 / /media/Backup rw,nosuid - hfsplus /dev/sdb2 ro\n";
 const std::string kMountedAgain = "37 20 8:18 / /mnt rw - hfsplus /dev/sdb2 rw\n";
-// A user's own file system may call itself what it likes. A btrfs names one of its disks, the other one here.
+/// A user's own file system may call itself what it likes. A btrfs names one of its disks, the other one
+/// here.
 const std::string kFuse = "38 20 0:60 / /home/me/x rw,user_id=1000 - fuse.btrfs /dev/sdb2 rw\n";
 const std::string kBtrfs = "39 20 0:61 / /media/Backup rw - btrfs /dev/sdb3 rw\n";
 const std::string kCover = "37 36 8:1 / /media/Backup rw - ext4 /dev/sda1 rw\n";
 
 struct Step {
   std::string error;
-  std::string mounts;     // The mount table from then on.
+  std::string mounts;     // the mount table from then on
   bool replaced = false;  // another disk has the number of disk7 from then on
 };
 

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <iterator>
 
-// Ubuntu's standard C++ library opens folders with this one, which umockdev lets through to the real /sys.
+/// Ubuntu's standard C++ library opens folders with this one, which umockdev lets through to the real /sys.
 extern "C" int __openat_2(int folder, const char* path, int flags) {
   return openat(folder, path, flags);
 }

@@ -5,8 +5,9 @@
 
 std::string TestData(const std::string& name);
 
-// The disks of devices.umockdev in place of the machine's own, as long as one of these lives. Redirects /sys,
-// /dev and /proc for this process. The disks have no content but the signatures of their volume headers.
+/// The disks of devices.umockdev in place of the machine's own, as long as one of these lives. Redirects
+/// /sys, /dev and /proc for this process. The disks have no content but the signatures of their volume
+/// headers.
 class Testbed {
  public:
   Testbed();

@@ -15,12 +15,12 @@
 #include <thread>
 #include <vector>
 
-// A UDisks2 on a bus of its own, which $DBUS_SYSTEM_BUS_ADDRESS names from then on. It knows one device and
-// answers requests about it from a script.
+/// A UDisks2 on a bus of its own, which $DBUS_SYSTEM_BUS_ADDRESS names from then on. It knows one device and
+/// answers requests about it from a script.
 class UdisksMock {
  public:
   struct Answer {
-    std::string error;           // Name of a D-Bus error; empty for success.
+    std::string error;           // name of a D-Bus error; empty for success
     std::function<void()> then;  // what happens before the answer
   };
   // An error for scripts: takes the request and never answers.

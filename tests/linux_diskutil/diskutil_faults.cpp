@@ -73,9 +73,9 @@ int main() {
       return DiskutilMain(isList ? 2 : 3, pointers);
     };
     const auto judge = [&](const faults::Run& good, const faults::Run& run) {
-      const bool saysDone = WIFEXITED(run.Status) && WEXITSTATUS(run.Status) == 0;
-      if (saysDone && run.Shown != good.Shown) return "half a result is called a whole one";
-      const bool canTell = !WIFEXITED(run.Status) || run.Struck != std::string("write");
+      const bool saysDone = WIFEXITED(run.status) && WEXITSTATUS(run.status) == 0;
+      if (saysDone && run.shown != good.shown) return "half a result is called a whole one";
+      const bool canTell = !WIFEXITED(run.status) || run.struck != std::string("write");
       return canTell ? run.WhatIsWrong(good) : nullptr;
     };
     passed &= faults::FailEachCall({verb, prepare, play, judge}, 200);

@@ -48,13 +48,13 @@ const char* const kKeys[] = {"Return", "Space",  "Esc",    "Tab",    "Up",     "
 
 /// What a round shares with the process that watches it.
 struct Shared {
-  std::atomic<int> Actions;
-  std::atomic<const char*> Doing;
+  std::atomic<int> actions;
+  std::atomic<const char*> doing;
 };
 Shared* shared = nullptr;
 
 [[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "monkey: %s, after: %s\n", what.c_str(), shared->Doing.load());
+  std::fprintf(stderr, "monkey: %s, after: %s\n", what.c_str(), shared->doing.load());
   std::abort();
 }
 
@@ -166,7 +166,7 @@ void Round::CheckScreen() {
 }
 
 void Round::Act() {
-  ++shared->Actions;  // the pulse that the watching process feels
+  ++shared->actions;  // the pulse that the watching process feels
   double action = Fraction(actions_);
   const double which = Fraction(actions_), part = Fraction(actions_);
   const double x = Fraction(actions_), y = Fraction(actions_);
@@ -181,7 +181,7 @@ void Round::Act() {
 
   const auto is = [&](double share, const char* name) {
     if ((action -= share) >= 0) return false;
-    shared->Doing = name;
+    shared->doing = name;
     return true;
   };
   if (is(0.36, "a press of a button")) {
@@ -201,7 +201,7 @@ void Round::Act() {
   } else if (is(0.01, "a closed window")) {
     window->close();
   } else {
-    shared->Doing = "nothing";
+    shared->doing = "nothing";
   }
 }
 
@@ -221,7 +221,7 @@ void Round::Finish() {
   } else if (rest_ == 2 * kRest) {
     if (ShownWindows().size() != 1) Fail("a window cannot be closed");
     CheckScreen();
-    shared->Doing = "the quit of a round";
+    shared->doing = "the quit of a round";
     const double way = Fraction(actions_);
     if (way < 0.3)
       ShownWindows().front()->close();
@@ -251,7 +251,7 @@ int RunRound(unsigned seed, char** argv) {
   const bool killed = random() % 8 == 0;
   const auto killTime = Clock::now() + std::chrono::milliseconds(random() % 3000);
   setenv("MONKEY_SEED", std::to_string(random() % 1000000).c_str(), 1);
-  shared->Doing = "the start";
+  shared->doing = "the start";
   const pid_t pid = fork();
   if (pid == 0) {
     Round round(seed, actions);
@@ -261,10 +261,10 @@ int RunRound(unsigned seed, char** argv) {
   }
   int status = 0, seen = 0;
   for (auto lastSeen = Clock::now(); waitpid(pid, &status, WNOHANG) == 0; std::this_thread::sleep_for(5ms)) {
-    if (std::exchange(seen, shared->Actions) != shared->Actions) lastSeen = Clock::now();
+    if (std::exchange(seen, shared->actions) != shared->actions) lastSeen = Clock::now();
     if (killed && Clock::now() > killTime) kill(pid, SIGKILL);
     if (Clock::now() < lastSeen + kPatience) continue;
-    std::fprintf(stderr, "monkey: hangs, after: %s\n", shared->Doing.load());
+    std::fprintf(stderr, "monkey: hangs, after: %s\n", shared->doing.load());
     kill(pid, SIGABRT);
     lastSeen = Clock::now();
   }
@@ -312,9 +312,9 @@ int main(int argc, char** argv) {
   const int wanted = std::atoi(argv[1]);
   const unsigned first = argc > 2 ? static_cast<unsigned>(std::atoi(argv[2])) : 1;
   unsigned seed = first;
-  while (shared->Actions < wanted && RoundIsGood(seed, home, argv)) ++seed;
+  while (shared->actions < wanted && RoundIsGood(seed, home, argv)) ++seed;
   std::error_code ignored;
   std::filesystem::remove_all(home, ignored);
-  std::printf("%d actions in %u good rounds\n", shared->Actions.load(), seed - first);
-  return shared->Actions < wanted ? 1 : 0;
+  std::printf("%d actions in %u good rounds\n", shared->actions.load(), seed - first);
+  return shared->actions < wanted ? 1 : 0;
 }

@@ -30,7 +30,7 @@
 #include "tests/headless/ProgramFixture.h"
 #include "windows/Window3.h"
 
-// The script of the fixture is what the user does, in Qt's event loop.
+/// The script of the fixture is what the user does, in Qt's event loop.
 Stage& TheStage() {
   static Stage stage;
   return stage;
@@ -123,10 +123,10 @@ QStringList Told(QAccessibleInterface* parent) {
 
 /// Hears what is said without the focus.
 struct Ear final : QObject {
-  QStringList Said;
+  QStringList said;
   bool eventFilter(QObject* object, QEvent* event) override {
     auto* source = event->type() == QEvent::Show ? QAccessible::queryAccessibleInterface(object) : nullptr;
-    if (source && source->role() == QAccessible::Notification) Said += source->text(QAccessible::Name);
+    if (source && source->role() == QAccessible::Notification) said += source->text(QAccessible::Name);
     return false;
   }
 };
@@ -135,7 +135,7 @@ void StartScript() {
   QTimer::singleShot(0, [] {
     if (Baton::HeldHere()) return StartScript();  // the program waits for its first picture
     EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow(); }));
-    if (const auto script = std::exchange(TheStage().Script, nullptr)) script();
+    if (const auto script = std::exchange(TheStage().script, nullptr)) script();
   });
 }
 Q_COREAPP_STARTUP_FUNCTION(StartScript)
@@ -362,8 +362,8 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
     qApp->installEventFilter(&ear);
     QAccessible::setActive(true);
     const auto hears = [&](const char* words) {
-      std::ignore = QTest::qWaitFor([&] { return ear.Said.join('|') == words; });
-      EXPECT_EQ(std::exchange(ear.Said, {}).join('|').toStdString(), words);
+      std::ignore = QTest::qWaitFor([&] { return ear.said.join('|') == words; });
+      EXPECT_EQ(std::exchange(ear.said, {}).join('|').toStdString(), words);
     };
     const auto finds = [](QWidget* widget, const char* things) {
       EXPECT_EQ(Told(QAccessible::queryAccessibleInterface(widget->parentWidget())).join('|').toStdString(),
@@ -383,7 +383,7 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
       auto* box = Any<QMessageBox>();
       const QPoint aside = box ? box->geometry().center() - List()->window()->geometry().center() : QPoint();
       EXPECT_LT(aside.manhattanLength(), 3) << "not in the middle of the window";
-      EXPECT_TRUE(!box || (box->close() && ear.Said.size() == 1)) << "told before the message was read";
+      EXPECT_TRUE(!box || (box->close() && ear.said.size() == 1)) << "told before the message was read";
     });
     answer.start(200);
     Click(List()->viewport(), InRow(0));

@@ -51,7 +51,7 @@ CALL(int, error, posix_spawn, (pid_t* child, const char* path, const posix_spawn
 CALL(int, error, posix_spawn_file_actions_addopen, (posix_spawn_file_actions_t* actions, int file, const char* path, int flags, mode_t mode), (actions, file, path, flags, mode), ENOMEM)
 CALL(int, error, posix_spawn_file_actions_adddup2, (posix_spawn_file_actions_t* actions, int from, int to), (actions, from, to), ENOMEM)
 
-// Memory: what our own code takes, and with `new` whatever C++ does.
+/// Memory: what our own code takes, and with `new` whatever C++ does.
 CALL(void*, nullptr, __wrap_malloc, (std::size_t size), (size), ENOMEM)
 CALL(void*, nullptr, __wrap_realloc, (void* old, std::size_t size), (old, size), ENOMEM)
 // clang-format on
@@ -128,7 +128,7 @@ class User : public Toolkit {
   std::atomic<bool> ended_ = false;
 };
 
-// Longer than what takes its place.
+/// Longer than what takes its place.
 const std::string kPreferences = "#\n1.3\n#\nyes\n#\nyes\n#\nyes\n#" + std::string(300, '#') + "\n";
 const char* const kTool = R"(#!/bin/sh
 [ $1 != list ] || printf '%s\n' '  Apple_HFS One   120.5 GB   disk1s2' '  Apple_HFS Two   1.5 TB   disk1s3'
@@ -163,7 +163,7 @@ int main() {
   };
   const auto judge = [](const faults::Run& good, const faults::Run& run) {
     const bool torn = std::ranges::count(Preferences(), '\n') != 9;
-    return WIFEXITED(run.Status) && torn ? "the settings are torn" : run.WhatIsWrong(good);
+    return WIFEXITED(run.status) && torn ? "the settings are torn" : run.WhatIsWrong(good);
   };
   const auto prepare = [] { std::ofstream("Dravik.prefs") << kPreferences; };
   const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 300);
