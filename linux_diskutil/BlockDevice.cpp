@@ -166,6 +166,7 @@ std::optional<Identifier> BlockDeviceReader::IdentifierOf(dev_t number) const {
   if (IsPartition(disk)) {
     partition = Number(Property(disk, "PARTN"));
     disk = udev_device_get_parent(disk);
+    if (!disk) ThrowIfExhausted("the device");
     if (!disk || partition == 0) return std::nullopt;
   }
   const std::string folder = udev_device_get_syspath(disk);

@@ -16,11 +16,12 @@ struct Failure {
     kGone,
     kTimedOut,
     kServiceDied,
+    kMountFailed,  // the kernel's reason is not told
     kOther
   };
 
   Reason reason = Reason::kOther;
-  std::string detail;  // somebody else's words, for `kOther`; printable
+  std::string detail;  // somebody else's words, for the last two; printable
 };
 
 /// Nothing when all went well.

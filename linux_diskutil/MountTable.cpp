@@ -8,13 +8,13 @@
 #include <cerrno>
 #include <fstream>
 #include <new>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "linux_diskutil/Folder.h"
+#include "linux_diskutil/OpenForReading.h"
 #include "linux_diskutil/PrintableText.h"
 
 namespace diskutil {
@@ -25,17 +25,20 @@ using Numbers = std::vector<dev_t>;
 /// All devices of the mounted btrfs that the device is one of. None when there is no such btrfs.
 Numbers BtrfsMembers(dev_t device) {
   const std::string all = "/sys/fs/btrfs/";
-  for (const FolderEntry& btrfs : ReadFolder(all)) {
+  for (const FolderEntry& btrfs : ReadFolderIfThere(all)) {
     Numbers members;
     const std::string devices = all + btrfs.name + "/devices/";
-    for (const FolderEntry& member : ReadFolder(devices)) {
+    for (const FolderEntry& member : ReadFolderIfThere(devices)) {
       unsigned major = 0;
       unsigned minor = 0;
       char colon = 0;
+      errno = 0;
       std::ifstream file(devices + member.name + "/dev");
-      if (!(file >> major >> colon >> minor))
-        throw std::runtime_error("Could not read " + devices + member.name);
-      members.push_back(makedev(major, minor));
+      if (file >> major >> colon >> minor)
+        members.push_back(makedev(major, minor));
+      else
+        ThrowIfExhausted(devices +
+                         member.name);  // else it was pulled out, or the btrfs has just been unmounted
     }
     if (std::ranges::find(members, device) != members.end()) return members;
   }

@@ -63,6 +63,7 @@ std::string Reason(const Failure& failure, const Device& device) {
     case Failure::Reason::kServiceDied:
       return "UDisks2 ended before it answered";
     case Failure::Reason::kGone:
+    case Failure::Reason::kMountFailed:
     case Failure::Reason::kOther:
       break;
   }
@@ -95,7 +96,7 @@ MountAttempt Mounter::TryMount(const Device& device) const {
   MaybeFailure& failure = attempt.failure;
   if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
     attempt = isStillMeant() ? KernelMount(device) : MountAttempt{Failure{Failure::Reason::kGone, {}}};
-  if (failure && failure->reason == Failure::Reason::kOther && !device.fsType.empty() &&
+  if (failure && failure->reason == Failure::Reason::kMountFailed && !device.fsType.empty() &&
       !KernelKnows(device.fsType)) {
     failure->reason = Failure::Reason::kUnsupportedByKernel;
   }

@@ -2,16 +2,31 @@
 
 #include <dlfcn.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <system_error>
 #include <utility>
 
+#include "linux_diskutil/OpenForReading.h"
+
 namespace diskutil {
+namespace {
+
+/// What libsystemd returned; below zero it is the system's error.
+int ThrowIfNegative(int result) {
+  if (result < 0) throw std::system_error(-result, std::generic_category(), "Could not reach the system bus");
+  return result;
+}
+
+}  // namespace
 
 const SdBus& SdBusLibrary() {
   static const SdBus library = [] {
     SdBus made;
+    errno = 0;
     void* handle = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL);
+    if (!handle) ThrowIfExhausted("libsystemd");
     made.complete = handle != nullptr;
 #define DRAVIK_LOOK_UP(name)                                                                  \
   made.name = handle ? reinterpret_cast<decltype(made.name)>(dlsym(handle, #name)) : nullptr; \
@@ -26,25 +41,25 @@ const SdBus& SdBusLibrary() {
 Connection Connect(std::chrono::microseconds limit) {
   if (!SdBusLibrary().complete) return {};
   sd_bus* made = nullptr;
-  if (SdBusLibrary().sd_bus_new(&made) < 0) return {};
+  ThrowIfNegative(SdBusLibrary().sd_bus_new(&made));
   Bus bus(made);
   const char* set = secure_getenv("DBUS_SYSTEM_BUS_ADDRESS");
   const char* address = set && *set ? set : "unix:path=/run/dbus/system_bus_socket";
-  if (SdBusLibrary().sd_bus_set_address(made, address) < 0 ||
-      SdBusLibrary().sd_bus_set_bus_client(made, 1) < 0 || SdBusLibrary().sd_bus_start(made) < 0) {
-    return {};
-  }
+  ThrowIfNegative(SdBusLibrary().sd_bus_set_address(made, address));
+  ThrowIfNegative(SdBusLibrary().sd_bus_set_bus_client(made, 1));
+  const int started = SdBusLibrary().sd_bus_start(made);
+  if (started == -ENOENT || started == -ECONNREFUSED) return {};
+  ThrowIfNegative(started);
   const auto end = std::chrono::steady_clock::now() + limit;
   while (SdBusLibrary().sd_bus_is_ready(made) == 0) {
-    const int done = SdBusLibrary().sd_bus_process(made, nullptr);
-    if (done < 0) return {};
-    if (done > 0) continue;
+    if (ThrowIfNegative(SdBusLibrary().sd_bus_process(made, nullptr)) > 0) continue;
     const auto left =
         std::chrono::duration_cast<std::chrono::microseconds>(end - std::chrono::steady_clock::now());
     if (left.count() <= 0) return {nullptr, true};
-    if (SdBusLibrary().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())) < 0) return {};
+    ThrowIfNegative(SdBusLibrary().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())));
   }
-  return {SdBusLibrary().sd_bus_is_ready(made) > 0 ? std::move(bus) : nullptr};
+  ThrowIfNegative(SdBusLibrary().sd_bus_is_ready(made));
+  return {std::move(bus)};
 }
 
 Message NewCall(sd_bus* bus, const char* service, const std::string& object, const char* interface,

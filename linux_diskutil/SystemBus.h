@@ -55,7 +55,8 @@ struct Connection {
 };
 
 /// Connects to the system bus, or to the one at $DBUS_SYSTEM_BUS_ADDRESS, and waits until it has let us in,
-/// which a bus that accepts and then says nothing never does.
+/// which a bus that accepts and then says nothing never does. Throws std::system_error when there is a bus
+/// and it cannot be reached.
 Connection Connect(std::chrono::microseconds limit);
 
 /// A call that is still to be filled and made. Nothing when there is no memory for it.

@@ -63,6 +63,13 @@ Answer CallFilesystem(sd_bus* bus, const std::string& object, const char* method
   return Call(bus, call.get(), limit);
 }
 
+/// The bus's words for a service that does not run and cannot be started.
+bool IsMissing(std::string_view error) {
+  return error.starts_with("org.freedesktop.DBus.Error.Spawn.") ||
+         IsOneOf(error,
+                 {"org.freedesktop.DBus.Error.ServiceUnknown", "org.freedesktop.DBus.Error.NameHasNoOwner"});
+}
+
 /// libsystemd's own word for a limit that has passed, and UDisks2's.
 bool TimedOut(std::string_view error) {
   return IsOneOf(error, {"org.freedesktop.DBus.Error.Timeout", "org.freedesktop.UDisks2.Error.TimedOut"});
@@ -77,6 +84,7 @@ bool Died(std::string_view error) {
 Failure FromError(const Answer& answer) {
   const std::string_view error = answer.error;
   using Reason = Failure::Reason;
+  if (IsMissing(error)) return {Reason::kNoService, {}};
   if (TimedOut(error)) return {Reason::kTimedOut, {}};
   if (Died(error)) return {Reason::kServiceDied, {}};
   if (error == "org.freedesktop.UDisks2.Error.DeviceBusy") return {Reason::kBusy, {}};
@@ -94,7 +102,8 @@ Failure FromError(const Answer& answer) {
     return {Reason::kNotMountable, {}};
   }
   if (error == "org.freedesktop.DBus.Error.UnknownObject") return {Reason::kGone, {}};
-  return {Reason::kOther, PrintableText(answer.words)};
+  const bool tried = error == "org.freedesktop.UDisks2.Error.Failed";
+  return {tried ? Reason::kMountFailed : Reason::kOther, PrintableText(answer.words)};
 }
 
 }  // namespace
@@ -108,10 +117,7 @@ Udisks::Response Udisks::Request(const char* method, dev_t number, const Check& 
                                "org.freedesktop.DBus.ObjectManager", "GetManagedObjects");
   if (!list) throw std::bad_alloc();
   const Answer objects = Call(bus.get(), list.get(), questionLimit_);
-  if (!objects.reply) {
-    if (TimedOut(objects.error) || Died(objects.error)) return {FromError(objects)};
-    return {Failure{Failure::Reason::kNoService, {}}};
-  }
+  if (!objects.reply) return {FromError(objects)};
   const std::string object = FindObject(objects.reply.get(), number);
   if (object.empty()) return {Failure{Failure::Reason::kNotMountable, {}}};
 

@@ -1,3 +1,4 @@
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,9 +16,14 @@ namespace {
 bool Write(int file, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = write(file, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
+    if (written >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno == EAGAIN) {  // a parent has left it so that a full pipe is not waited for
+      pollfd room{file, POLLOUT, 0};
+      poll(&room, 1, -1);
+    } else if (errno != EINTR) {
+      return false;
+    }
   }
   return true;
 }

@@ -31,6 +31,8 @@ Testbed::Testbed() : bed_(umockdev_testbed_new(), g_object_unref), root_(getenv(
     std::filesystem::create_directories(folder);
     std::ofstream(folder + "/dev") << member.substr(5) << '\n';
   }
+  for (const char* noMember : {"features", "uuid/devices/pulled_out"})
+    std::filesystem::create_directories(root_ + "/sys/fs/btrfs/" + noMember);
   SetMounts("");
   using Folder = std::filesystem::directory_iterator;
   EXPECT_EQ(std::distance(Folder("/sys/class/block"), Folder()), 12) << "not the disks of devices.umockdev";

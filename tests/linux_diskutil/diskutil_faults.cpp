@@ -36,7 +36,7 @@ CALL(ssize_t, -1, write, (int file, const void* from, size_t size), (file, from,
 CALL(int, -1, stat, (const char* path, struct stat* to), (path, to), ENOMEM)
 CALL(ssize_t, -1, readlink, (const char* path, char* to, size_t size), (path, to, size), ENOMEM)
 CALL(int, -1, socket, (int domain, int type, int protocol), (domain, type, protocol), EMFILE, ENFILE, ENOMEM)
-CALL(int, -1, connect, (int file, const sockaddr* to, socklen_t size), (file, to, size), EAGAIN, ECONNREFUSED)
+CALL(int, -1, connect, (int file, const sockaddr* to, socklen_t size), (file, to, size), EAGAIN, ENOMEM)
 CALL(ssize_t, -1, sendmsg, (int file, const msghdr* message, int flags), (file, message, flags), ENOBUFS, ECONNRESET)
 CALL(ssize_t, -1, recvmsg, (int file, msghdr* message, int flags), (file, message, flags), ENOMEM, ECONNRESET)
 CALL(int, -1, ppoll, (pollfd* files, nfds_t count, const timespec* wait, const sigset_t* signals), (files, count, wait, signals), ENOMEM)
@@ -75,6 +75,8 @@ int main() {
     const auto judge = [&](const faults::Run& good, const faults::Run& run) {
       const bool saysDone = WIFEXITED(run.status) && WEXITSTATUS(run.status) == 0;
       if (saysDone && run.shown != good.shown) return "half a result is called a whole one";
+      for (const char* lie : {"not find", "not running", "not support", "no volume", "not mounted"})
+        if (run.told.find(lie) != std::string::npos) return "something else is told";
       const bool canTell = !WIFEXITED(run.status) || run.struck != std::string("write");
       return canTell ? run.WhatIsWrong(good) : nullptr;
     };
