@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <map>
 #include <span>
 
 #include "framework/Folders.h"
@@ -42,6 +43,13 @@ std::string Bytes(const std::string& path, std::size_t largest) {
   return {};
 }
 
+/// Text files by their path, and whether the last who read one was kept from it. Writing over such a file
+/// would lose what nobody has seen.
+std::map<std::string, bool>& Unread() {
+  static auto& files = *new std::map<std::string, bool>;  // threads outlive statics
+  return files;
+}
+
 FolderItem::PictureReader readOtherPicture = [](const std::string&) { return PictureRef(); };
 
 }  // namespace
@@ -59,13 +67,14 @@ bool FolderItem::Exists() const {
 }
 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
+  bool& unread = Unread()[path_] = Exists();
   Descriptor file = OpenRegular(path_, O_RDONLY);
-  return file ? Ref<TextInputStream>(new TextInputStream(std::move(file))) : nullptr;
+  return file ? Ref<TextInputStream>(new TextInputStream(std::move(file), unread)) : nullptr;
 }
 
 Ref<TextOutputStream> FolderItem::CreateTextFile() const {
+  if (const auto found = Unread().find(path_); found != Unread().end() && found->second) return nullptr;
   Descriptor file = OpenRegular(path_, O_RDWR | O_CREAT);
-  if (!file) file = OpenRegular(path_, O_WRONLY);
   return file ? Ref<TextOutputStream>(new TextOutputStream(std::move(file))) : nullptr;
 }
 

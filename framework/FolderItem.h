@@ -20,7 +20,8 @@ class FolderItem : public Object {
   bool Exists() const;
   /// A stream at the start of the file; nil when it is no readable regular file.
   Ref<TextInputStream> OpenAsTextFile() const;
-  /// A stream on an empty file of that name, in place of one that is there; nil when it cannot be written.
+  /// A stream on an empty file of that name, in place of one that is there; nil when it cannot be written,
+  /// and when somebody wanted to read what is there, and could not.
   Ref<TextOutputStream> CreateTextFile() const;
   /// The picture in the file, nil when it cannot be read.
   PictureRef OpenAsPicture() const;

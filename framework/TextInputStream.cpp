@@ -25,7 +25,8 @@ int TextInputStream::NextByte() {
     } while (got < 0 && errno == EINTR);
     buffer_.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     position_ = 0;
-    if (got < 0) std::fprintf(stderr, "A file could not be read to its end: %s.\n", std::strerror(errno));
+    failed_ = got < 0;
+    if (failed_) std::fprintf(stderr, "A file could not be read to its end: %s\n", std::strerror(errno));
     if (got <= 0) file_.Close();
     if (buffer_.empty()) return -1;
   }

@@ -26,6 +26,7 @@ struct Run {
   std::string shown, told;
   const char* struck = nullptr;
   int code = 0;
+  bool left = false;  // a child that does not end
 
   /// What is wrong with it, nullptr for nothing: a run may show something else than a good one, and then says
   /// so.

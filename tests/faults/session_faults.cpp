@@ -30,12 +30,13 @@
 using faults::Spare;
 
 // clang-format off
-CALL(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode), EMFILE, ENFILE, EIO, EACCES)
+CALL(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode), EMFILE, ENOMEM, EIO, EACCES)
 CALL(ssize_t, -1, read, (int file, void* to, size_t size), (file, to, size), EIO, EINTR)
 CALL(ssize_t, -1, pread, (int file, void* to, size_t size, off_t at), (file, to, size, at), EIO, EINTR)
 CALL(ssize_t, -1, write, (int file, const void* from, size_t size), (file, from, size), EIO, EINTR)
 CALL(ssize_t, -1, pwrite, (int file, const void* from, size_t size, off_t at), (file, from, size, at), EIO, ENOSPC, EINTR)
 CALL(int, -1, ftruncate, (int file, off_t size), (file, size), EIO)
+CALL(int, -1, fsync, (int file), (file), EIO, ENOSPC)
 CALL(int, -1, pipe2, (int* ends, int flags), (ends, flags), EMFILE)
 CALL(int, -1, fcntl, (int file, int command, long argument), (file, command, argument), EMFILE)
 CALL(int, -1, stat, (const char* path, struct stat* to), (path, to), EIO, EACCES)
@@ -47,8 +48,7 @@ CALL(int, -1, poll, (pollfd* files, nfds_t count, int wait), (files, count, wait
 CALL(pid_t, -1, waitpid, (pid_t child, int* status, int flags), (child, status, flags), EINTR)
 CALL(long, -1, syscall, (long number, long a, long b, long c, long d, long e, long f), (number, a, b, c, d, e, f), EMFILE, ENOSYS)
 CALL(int, error, pthread_create, (pthread_t* made, const pthread_attr_t* with, void* (*run)(void*), void* argument), (made, with, run, argument), EAGAIN)
-CALL(int, error, posix_spawn, (pid_t* child, const char* path, const posix_spawn_file_actions_t* actions, const posix_spawnattr_t* with, char* const* words, char* const* environment), (child, path, actions, with, words, environment), EAGAIN, ENOENT)
-CALL(int, error, posix_spawn_file_actions_addopen, (posix_spawn_file_actions_t* actions, int file, const char* path, int flags, mode_t mode), (actions, file, path, flags, mode), ENOMEM)
+CALL(int, error, posix_spawn, (pid_t* child, const char* path, const posix_spawn_file_actions_t* actions, const posix_spawnattr_t* with, char* const* words, char* const* environment), (child, path, actions, with, words, environment), EAGAIN, ENOMEM)
 CALL(int, error, posix_spawn_file_actions_adddup2, (posix_spawn_file_actions_t* actions, int from, int to), (actions, from, to), ENOMEM)
 
 /// Memory: what our own code takes, and with `new` whatever C++ does.
@@ -136,6 +136,11 @@ const char* const kTool = R"(#!/bin/sh
 [ $1 != mount ] || exit 3
 )";
 
+std::string NewPreferences(const std::string& feedback) {
+  return "# Dravik's preferences version\n1.3\n# Scan on startup\nyes\n# Show feedback window'\n" + feedback +
+         "\n# Show unMount button'\nyes\n# EOF\n";
+}
+
 std::string Preferences() {
   std::ifstream file("Dravik.prefs");
   return {std::istreambuf_iterator<char>(file), {}};
@@ -162,8 +167,11 @@ int main() {
     return status;
   };
   const auto judge = [](const faults::Run& good, const faults::Run& run) {
-    const bool torn = std::ranges::count(Preferences(), '\n') != 9;
-    return WIFEXITED(run.status) && torn ? "the settings are torn" : run.WhatIsWrong(good);
+    const std::string now = Preferences();  // the middle one is changed, where that came to be
+    const bool kept = now == kPreferences || now == NewPreferences("yes") || now == NewPreferences("no");
+    // There was not even the memory to open them, and the person knows.
+    const bool unopened = run.code == ENOMEM && run.told.find("bad_alloc") != std::string::npos;
+    return WIFEXITED(run.status) && !kept && !unopened ? "the settings are lost" : run.WhatIsWrong(good);
   };
   const auto prepare = [] { std::ofstream("Dravik.prefs") << kPreferences; };
   const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 300);
