@@ -15,7 +15,6 @@
 #include <cstdio>
 #include <cstring>
 #include <mutex>
-#include <sstream>
 #include <system_error>
 #include <thread>
 
@@ -26,43 +25,44 @@ extern char** environ;
 
 namespace {
 
-enum class Found { kNo, kNotExecutable, kYes };
-
-Found Examine(const std::string& path) {
+/// Why a file cannot be run, 0 if it can.
+int ReasonAgainst(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return Found::kNo;
-  const bool executable = S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
-  return executable ? Found::kYes : Found::kNotExecutable;
+  if (stat(path.c_str(), &status) != 0) return errno == ENOTDIR ? ENOENT : errno;
+  if (!S_ISREG(status.st_mode)) return EACCES;
+  return access(path.c_str(), X_OK) == 0 ? 0 : errno;
 }
 
 struct Lookup {
-  Found found;
+  int error;  // ENOENT where there is no such command, 0 where it can be run
   std::string path;
 };
 
 Lookup FindCommand(const std::string& name, const std::string& path, const std::string& toolFolder) {
-  if (name.find('/') != std::string::npos) return {Examine(name), name};
-  Found best = Found::kNo;
-  std::istringstream entries(path);
+  if (name.find('/') != std::string::npos) return {ReasonAgainst(name), name};
   std::vector<std::string> folders;
-  for (std::string folder; std::getline(entries, folder, ':');)
-    if (!folder.empty() && folder.front() == '/') folders.push_back(folder);
-  if (!toolFolder.empty()) folders.push_back(toolFolder);
-  for (const std::string& folder : folders) {
-    const std::string candidate = folder + "/" + name;
-    const Found found = Examine(candidate);
-    if (found == Found::kYes) return {found, candidate};
-    best = std::max(best, found);
+  for (std::size_t begin = 0, end; begin < path.size(); begin = end + 1) {
+    end = std::min(path.find(':', begin), path.size());
+    folders.push_back(path.substr(begin, end - begin));
   }
-  return {best, {}};
+  folders.push_back(toolFolder);
+  Lookup best{ENOENT, {}};
+  for (const std::string& folder : folders) {
+    if (!folder.starts_with('/')) continue;
+    std::string candidate = folder + "/" + name;
+    const int error = ReasonAgainst(candidate);
+    if (error == 0) return {0, std::move(candidate)};
+    if (best.error == ENOENT) best.error = error;
+  }
+  return best;
 }
 
 /// What the child gets besides its words.
 class SpawnPlan {
  public:
-  explicit SpawnPlan(int outputFd) {
+  SpawnPlan(int inputFd, int outputFd) {
     posix_spawn_file_actions_init(&actions_);
-    Need(posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+    Need(posix_spawn_file_actions_adddup2(&actions_, inputFd, STDIN_FILENO));
     Need(posix_spawn_file_actions_adddup2(&actions_, outputFd, STDOUT_FILENO));
 
     posix_spawnattr_init(&attributes_);
@@ -150,8 +150,9 @@ struct Launch::Job {
     const std::lock_guard lock(mutex);
     return left;
   }
-  Outcome Fail(int status, int error) const {
-    std::fprintf(stderr, "%s: %s\n", words.front().c_str(), std::strerror(error));
+  Outcome Fail(int status, int error) const { return Fail(status, error, words.front().c_str()); }
+  Outcome Fail(int status, int error, const char* culprit) const {
+    std::fprintf(stderr, "%s: %s\n", culprit, std::strerror(error));
     return {-1, status, outlet, {}};
   }
   Outcome Start();
@@ -160,8 +161,7 @@ struct Launch::Job {
 Launch::Outcome Launch::Job::Start() {
   if (words.empty()) return {};
   const Lookup command = FindCommand(words.front(), path, toolFolder);
-  if (command.found == Found::kNo) return Fail(kNotFound, ENOENT);
-  if (command.found == Found::kNotExecutable) return Fail(kCannotRun, EACCES);
+  if (command.error != 0) return Fail(command.error == ENOENT ? kNotFound : kCannotRun, command.error);
   // A word with a NUL would reach the command cut short, as another word.
   const auto holdsNul = [](const std::string& word) { return word.find('\0') != std::string::npos; };
   if (std::any_of(words.begin(), words.end(), holdsNul)) return Fail(kCannotRun, EINVAL);
@@ -175,9 +175,11 @@ Launch::Outcome Launch::Job::Start() {
     started.output = pipe.TakeReadEnd();
     fcntl(started.output.Fd(), F_SETFL, O_NONBLOCK);
   }
+  const Descriptor input(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  if (!input) return Fail(kCannotRun, errno, "/dev/null");
   if (Left()) return {};
   const int outputFd = started.outlet == Outlet::kFile ? started.output.Fd() : pipe.WriteFd();
-  if (const int error = SpawnPlan(outputFd).Spawn(started.pid, command.path, words); error != 0)
+  if (const int error = SpawnPlan(input.Fd(), outputFd).Spawn(started.pid, command.path, words); error != 0)
     return Fail(kCannotRun, error);
   return started;
 }
