@@ -140,20 +140,28 @@ bool ChildProcess::Reap() {
   return true;
 }
 
+/// Leaves it unreaped, so that its group stays its own.
+bool ChildProcess::HasExited() {
+  siginfo_t state{};
+  return waitid(P_PID, static_cast<id_t>(pid_), &state, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+         state.si_pid != 0;
+}
+
 void ChildProcess::Signal(int signal) {
   if (pid_ >= 0) kill(-pid_, signal);  // not reaped yet, so the group is still its own
 }
 
 void ChildProcess::Terminate() {
-  const auto waitUntil = [this](long long deadline) {
-    while (pid_ >= 0 && !Reap() && Now() < deadline) {
+  const auto waitFor = [this](bool (ChildProcess::*ended)(), int milliseconds) {
+    const long long deadline = Now() + milliseconds;
+    while (pid_ >= 0 && !(this->*ended)() && Now() < deadline) {
       pollfd exited{exit_.Fd(), POLLIN, 0};
       poll(&exited, 1, exit_ ? static_cast<int>(std::max(deadline - Now(), 0LL)) : kPollTick);
     }
   };
   output_.Close();
   Signal(SIGTERM);
-  waitUntil(Now() + kTerminateGrace);
-  Signal(SIGKILL);
-  waitUntil(Now() + kKillGrace);
+  waitFor(&ChildProcess::HasExited, kTerminateGrace);
+  Signal(SIGKILL);  // to what it has left behind too
+  waitFor(&ChildProcess::Reap, kKillGrace);
 }

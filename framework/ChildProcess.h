@@ -56,6 +56,7 @@ class ChildProcess {
   void Read();
   bool GroupLives() const;
   bool Reap();
+  bool HasExited();
   void Signal(int signal);
 
   std::optional<Launch> launch_;  // until the child has been started

@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -187,19 +188,24 @@ TEST_F(ShellTest, AQuitLeavesAFolderThatHangs) {
 #endif
 
 TEST_F(ShellTest, AQuitEndsAHangingCommandOfAThread) {
-  Script("bin/stubborn", "#!/bin/sh\ntrap '' TERM HUP INT\necho $$ >" + (home_ / "pid").string() +
-                             "\nwhile :; do sleep 0.02; done\n");
+  const std::string alive = home_ / "alive";  // at its end when nobody is left who has it open
+  ASSERT_EQ(mkfifo(alive.c_str(), 0600), 0);
+  const Descriptor signs(open(alive.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  Script("bin/stubborn",
+         "#!/bin/sh\ntrap '' TERM HUP INT\nexec >" + alive + "\necho\nwhile :; do sleep 0.02; done\n");
+  Script("bin/leader", "#!/bin/sh\nstubborn & wait\n");  // which obeys, and leaves that one behind
   const auto worker = New<Worker>();
   worker->Work = [] {
-    Execute("stubborn");
+    Execute("leader");
     ADD_FAILURE() << "the thread went on";
   };
   InTurn([&] { worker->Run(); });
-  ASSERT_TRUE(WaitUntil([&] { return !TextOf(home_ / "pid").empty(); }));
+  char sign;
+  ASSERT_TRUE(WaitUntil([&] { return read(signs.Fd(), &sign, 1) == 1; }));
   const auto quit = std::chrono::steady_clock::now();
   Thread::EndAll();
   EXPECT_LT(std::chrono::steady_clock::now() - quit, std::chrono::seconds(10));
-  EXPECT_NE(kill(std::stoi(TextOf(home_ / "pid")), 0), 0) << "the command still runs";
+  EXPECT_TRUE(WaitUntil([&] { return read(signs.Fd(), &sign, 1) == 0; })) << "the command still runs";
 }
 
 }  // namespace
