@@ -3,11 +3,13 @@
 #include <cxxabi.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <system_error>
 #include <thread>
 #include <typeinfo>
 #include <utility>
@@ -83,7 +85,7 @@ void Application::Register(const Ref<Application>& application) {
 }
 
 void Application::Start(int& argc, char** argv) {
-  CleanStart();
+  if (!CleanStart()) throw std::system_error(errno, std::generic_category(), "Could not open /dev/null");
   TheRun().mainThread = std::this_thread::get_id();
   EventLoop::Start(Toolkit::Make(argc, argv),
                    [] { return Current() ? Current()->MenuBar : Ref<::MenuBar>(); });

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -34,7 +35,7 @@ void Join(std::vector<std::thread> threads) {
 }
 
 [[noreturn]] void CannotRun(int error) {
-  std::fprintf(stderr, "No thread can be started: %s.\n", std::strerror(error));
+  std::fprintf(stderr, "No thread can be started: %s\n", std::strerror(error));
   throw RuntimeException();
 }
 
@@ -47,15 +48,17 @@ Thread* Thread::Current() {
 void Thread::Run() {
   if (running_) throw ThreadAlreadyRunningException();
   Join(std::exchange(leaving, {}));
-  // Once the thread runs, nothing of this is in need of memory.
-  running.reserve(running.size() + 1);
-  leaving.reserve(leaving.size() + running.size() + 1);
   Pipe kill = Pipe::Open();
   if (kill.ReadFd() < 0 || kill.WriteFd() < 0) CannotRun(errno);
   try {
+    // Once the thread runs, nothing of this is in need of memory.
+    running.reserve(running.size() + 1);
+    leaving.reserve(leaving.size() + running.size() + 1);
     thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });  // which waits for the baton
   } catch (const std::system_error& error) {
     CannotRun(error.code().value());
+  } catch (const std::bad_alloc&) {
+    CannotRun(ENOMEM);
   }
   kill_ = std::move(kill);
   running_ = true;
