@@ -67,6 +67,8 @@ int Strike(const char* call, std::span<const int> errors) {
 
 const char* Run::WhatIsWrong(const Run& good) const {
   if (left) return "a child stays";
+  for (const char* report : {"Sanitizer", "runtime error"})
+    if (told.find(report) != std::string::npos) return "a sanitizer complains";
   if (!WIFEXITED(status)) return WTERMSIG(status) == SIGALRM ? "it hangs" : "it crashes";
   if (shown != good.shown && told == good.told) return "nobody is told";
   return shown != good.shown && code == EINTR ? "an interruption is no error" : nullptr;
@@ -96,6 +98,7 @@ bool FailEachCall(const Session& session, int least) {
 
 }  // namespace faults
 
+#ifdef MEMORY_FAILS
 void* operator new(std::size_t size) {
   void* const made = std::malloc(size);  // which fails in its turn
   return made ? made : throw std::bad_alloc();
@@ -106,3 +109,4 @@ void operator delete(void* old) noexcept {
 void operator delete(void* old, std::size_t) noexcept {
   std::free(old);
 }
+#endif

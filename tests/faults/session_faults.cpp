@@ -52,8 +52,10 @@ CALL(int, error, posix_spawn, (pid_t* child, const char* path, const posix_spawn
 CALL(int, error, posix_spawn_file_actions_adddup2, (posix_spawn_file_actions_t* actions, int from, int to), (actions, from, to), ENOMEM)
 
 /// Memory: what our own code takes, and with `new` whatever C++ does.
+#ifdef MEMORY_FAILS
 CALL(void*, nullptr, __wrap_malloc, (std::size_t size), (size), ENOMEM)
 CALL(void*, nullptr, __wrap_realloc, (void* old, std::size_t size), (old, size), ENOMEM)
+#endif
 // clang-format on
 
 namespace {
