@@ -15,21 +15,18 @@ constexpr int kNarrowest = 16;  // pixels a column keeps, and the last one of th
 }  // namespace
 
 void ListColumns::SetWidths(const String& widths) {
-  const int count = Count();
-  if (count == 0 || (lastWidth_ > 0 && widths_.Identical(widths))) return;
+  if (widths_.Identical(widths)) return;
   widths_ = widths;
-  const QStringList given = OneLine(widths).split(',', Qt::SkipEmptyParts);
-  for (int column = 0; column < count; ++column) {
+  int column = 0;
+  for (const QString& width : OneLine(widths).split(',')) {
     // The widths are counted from the edge of the control, and its frame covers the edge.
-    lastWidth_ = std::max(1, given.value(column).toInt() - (column == 0 ? list_.frameWidth() : 0));
-    list_.setColumnWidth(column, lastWidth_);
+    lastWidth_ = width.toInt() - (column == 0 ? list_.frameWidth() : 0);
+    list_.setColumnWidth(column++, lastWidth_);
   }
-  FillWidth();
 }
 
 void ListColumns::FillWidth() {
   const int last = Count() - 1;
-  if (last < 0) return;
   const int room = list_.viewport()->width() - list_.columnViewportPosition(last);
   list_.setColumnWidth(last, std::max(lastWidth_, room));
 }
@@ -47,7 +44,7 @@ bool ListColumns::Press(QPoint position) {
   pressedAt_ = position;
   dragging_ = false;
   held_ = EdgeAt(position);
-  if (Held()) heldWidth_ = list_.columnWidth(held_);
+  heldWidth_ = list_.columnWidth(held_);
   return Held();
 }
 

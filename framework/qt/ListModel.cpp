@@ -17,13 +17,13 @@ Qt::Alignment ToQtAlignment(int alignment) {
 
 }  // namespace
 
-void ListModel::Copy(Listbox& list, Scope scope) {
+void ListModel::Copy(Listbox& list) {
   const Listbox::Changes changes = list.TakeChanges();
   newMeaning_.clear();
   boldMeans_ = OneLine(list.BoldRowMeans);
   italicMeans_ = OneLine(list.ItalicRowMeans);
   headings_ = OneLine(list.AccessibleHeadings).split(',');
-  if (scope == Scope::kAll || changes.rowsRemoved || columns_ != list.ColumnCount)
+  if (changes.rowsRemoved || columns_ != list.ColumnCount)
     CopyAll(list);
   else
     CopyStale(list, changes);
@@ -33,7 +33,7 @@ void ListModel::CopyAll(const Listbox& list) {
   beginResetModel();
   columns_ = list.ColumnCount;
   rows_.clear();
-  for (int row = 0; row < list.ListCount(); ++row) rows_.push_back(CopyRow(list.RowData(row)));
+  Append(list);
   endResetModel();
 }
 
@@ -42,29 +42,26 @@ void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) 
   const int end = std::min(changes.endStale, had);
   for (int row = changes.firstStale; row < end; ++row) {
     Row& copy = rows_[static_cast<std::size_t>(row)];
-    const QString meaning = copy.empty() ? QString() : Meaning(copy.front());
+    const QString meaning = Meaning(copy.front());
     copy = CopyRow(list.RowData(row));
     if (!meaning.isEmpty() && meaning != Meaning(copy.front())) newMeaning_.push_back(row);
+    emit dataChanged(index(row, 0), index(row, columns_ - 1));
   }
-  if (changes.firstStale < end) emit dataChanged(index(changes.firstStale, 0), index(end - 1, columns_ - 1));
-  if (list.ListCount() == had) return;
-  beginInsertRows({}, had, list.ListCount() - 1);
-  for (int row = had; row < list.ListCount(); ++row) rows_.push_back(CopyRow(list.RowData(row)));
-  endInsertRows();
+  if (list.ListCount() != had) {
+    beginInsertRows({}, had, list.ListCount() - 1);
+    Append(list);
+    endInsertRows();
+  }
+}
+
+void ListModel::Append(const Listbox& list) {
+  while (rowCount() < list.ListCount()) rows_.push_back(CopyRow(list.RowData(rowCount())));
 }
 
 ListModel::Row ListModel::CopyRow(const Listbox::Row& row) {
   Row copy;
   for (const auto& cell : row) copy.push_back({OneLine(cell.text), cell.bold, cell.italic, cell.alignment});
   return copy;
-}
-
-void ListModel::SetFont(const QFont& font) {
-  fonts_.fill(font);
-  fonts_[1].setBold(true);
-  fonts_[2].setItalic(true);
-  fonts_[3].setBold(true);
-  fonts_[3].setItalic(true);
 }
 
 int ListModel::rowCount(const QModelIndex& parent) const {
@@ -75,25 +72,19 @@ int ListModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : columns_;
 }
 
-const ListModel::Cell* ListModel::At(const QModelIndex& index) const {
-  if (index.row() < 0 || index.row() >= rowCount() || index.column() < 0) return nullptr;
-  const Row& row = rows_[static_cast<std::size_t>(index.row())];
-  const auto column = static_cast<std::size_t>(index.column());
-  return column < row.size() ? &row[column] : nullptr;
-}
-
 QVariant ListModel::data(const QModelIndex& index, int role) const {
-  const Cell* cell = At(index);
-  if (!cell) return {};
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const Row& row = rows_[static_cast<std::size_t>(index.row())];
+  const Cell& cell = row[static_cast<std::size_t>(index.column())];
   switch (role) {
     case Qt::DisplayRole:
-      return cell->text;
+      return cell.text;
     case Qt::FontRole:
-      return fonts_[(cell->bold ? 1u : 0u) + (cell->italic ? 2u : 0u)];
+      return FontOf(cell);
     case Qt::TextAlignmentRole:
-      return QVariant(ToQtAlignment(cell->alignment));
+      return QVariant(ToQtAlignment(cell.alignment));
     case Qt::AccessibleTextRole:
-      return AccessibleText(*cell, index.column());
+      return AccessibleText(cell, index.column());
     default:
       return {};
   }
@@ -102,6 +93,13 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
   return headings_.value(section);
+}
+
+QFont ListModel::FontOf(const Cell& cell) const {
+  QFont font = font_;
+  font.setBold(cell.bold);
+  font.setItalic(cell.italic);
+  return font;
 }
 
 QString ListModel::Meaning(const Cell& cell) const {

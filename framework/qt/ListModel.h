@@ -4,7 +4,6 @@
 #include <QFont>
 #include <QString>
 #include <QStringList>
-#include <array>
 #include <vector>
 
 #include "framework/Listbox.h"
@@ -12,13 +11,12 @@
 /// Copies of a list's rows, for painting and for assistive technology.
 class ListModel final : public QAbstractTableModel {
  public:
-  /// Copies what has changed in the list; with `kAll`, every row. With the baton.
-  enum class Scope { kChanges, kAll };
-  void Copy(Listbox& list, Scope scope);
+  /// Copies what has changed in the list. With the baton.
+  void Copy(Listbox& list);
   /// The rows of the last copy whose style had a meaning and now has another.
   const std::vector<int>& RowsWithNewMeaning() const { return newMeaning_; }
   /// The font of plain cells.
-  void SetFont(const QFont& font);
+  void SetFont(const QFont& font) { font_ = font; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -38,14 +36,15 @@ class ListModel final : public QAbstractTableModel {
   static Row CopyRow(const Listbox::Row& row);
   void CopyAll(const Listbox& list);
   void CopyStale(const Listbox& list, const Listbox::Changes& changes);
-  const Cell* At(const QModelIndex& index) const;
+  void Append(const Listbox& list);
   QString Meaning(const Cell& cell) const;
+  QFont FontOf(const Cell& cell) const;
   QString AccessibleText(const Cell& cell, int column) const;
 
   std::vector<Row> rows_;
   std::vector<int> newMeaning_;
   int columns_ = 0;
-  std::array<QFont, 4> fonts_;  // plain, bold, italic, both
+  QFont font_;
   QString boldMeans_, italicMeans_;
   QStringList headings_;
 };

@@ -1,12 +1,12 @@
 #include "framework/qt/ListView.h"
 
-#include <QFontMetrics>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include "framework/qt/Accessibility.h"
 #include "framework/qt/Conversions.h"
@@ -35,57 +35,43 @@ ListView::ListView(const Ref<Listbox>& control, QWidget& parent) : ViewOf(contro
   setItemDelegate(new RowDelegate(this));
   setSelectionBehavior(SelectRows);
   setSelectionMode(SingleSelection);
-  setEditTriggers(NoEditTriggers);
   setTabKeyNavigation(false);
   setShowGrid(false);
-  setWordWrap(false);
-  setCornerButtonEnabled(false);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollMode(ScrollPerPixel);
-  setHorizontalScrollMode(ScrollPerPixel);
   horizontalHeader()->hide();
   verticalHeader()->hide();
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setMinimumSectionSize(1);
   horizontalHeader()->setMinimumSectionSize(1);
   viewport()->setMouseTracking(true);
 }
 
 void ListView::CopyOwn() {
-  copying_ = true;
   CopyLook();
-  if (control_->Visible) {
-    model_.Copy(*control_, rowsBehind_ ? ListModel::Scope::kAll : ListModel::Scope::kChanges);
-    generation_ = control_->Generation();
-    for (const int row : model_.RowsWithNewMeaning())
-      Say(*window(), model_.index(row, 0).data(Qt::AccessibleTextRole).toString());
-  }
-  rowsBehind_ = !control_->Visible;
+  model_.Copy(*control_);
+  generation_ = control_->Generation();
+  for (const int row : model_.RowsWithNewMeaning())
+    Say(*window(), model_.index(row, 0).data(Qt::AccessibleTextRole).toString());
   columns_.SetWidths(control_->ColumnWidths);
   CopySelection();
   // Left to the painting of the frame, as Qt leaves it, the layout comes too late for the rows to be painted
   // too.
   executeDelayedItemsLayout();
-  copying_ = false;
 }
 
 void ListView::CopyLook() {
-  if (const QFont font = FontOf(*control_); font != this->font() || model_.columnCount() == 0) {
-    setFont(font);
-    model_.SetFont(font);
-    verticalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setDefaultSectionSize(std::max(QFontMetrics(font).height() + kLeading, kLeastHeight));
-  }
+  setFont(FontOf(*control_));
+  model_.SetFont(font());
+  verticalHeader()->setDefaultSectionSize(std::max(fontMetrics().height() + kLeading, kLeastHeight));
   ringColor_ = ColorAround(*control_);
   rowLines_ = LineStyle(control_->GridLinesHorizontal);
 }
 
 void ListView::CopySelection() {
   reportedRow_ = control_->ListIndex();
-  if (reportedRow_ == SelectedRow()) return;
-  if (reportedRow_ < 0)
-    SelectNone();
-  else
-    selectRow(reportedRow_);
+  if (reportedRow_ != SelectedRow())
+    selectionModel()->setCurrentIndex(model_.index(reportedRow_, 0),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 int ListView::SelectedRow() const {
@@ -95,24 +81,22 @@ int ListView::SelectedRow() const {
 
 void ListView::ReportSelection() {
   const int row = SelectedRow();
-  if (row == reportedRow_) return;
-  reportedRow_ = row;
-  Deliver([row, generation = generation_](Listbox& list) { list.UserSelect(row, generation); });
+  if (std::exchange(reportedRow_, row) != row)
+    Deliver([row, generation = generation_](Listbox& list) { list.UserSelect(row, generation); });
 }
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
   QTableView::selectionChanged(selected, deselected);
   // The selection model is in the middle of its change. What comes by mouse or key is reported at the end of
   // that event, what comes another way soon.
-  if (!copying_) QTimer::singleShot(0, this, [this] { ReportSelection(); });
+  QTimer::singleShot(0, this, [this] { ReportSelection(); });
 }
 
 void ListView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
                            const QList<int>& roles) {
   QTableView::dataChanged(topLeft, bottomRight, roles);
-  // What a row's style means is part of its name.
-  for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
-    AnnounceRow(*this, row, QAccessible::NameChanged);
+  // What a row's style means is part of its name. Rows change one at a time.
+  AnnounceRow(*this, topLeft.row(), QAccessible::NameChanged);
 }
 
 void ListView::AnnounceFocus() {
@@ -123,8 +107,14 @@ bool ListView::event(QEvent* event) {
   const bool result = QTableView::event(event);
   // Qt tells that the list has the focus, and does so after this event.
   if (event->type() == QEvent::FocusIn) QTimer::singleShot(0, this, [this] { AnnounceFocus(); });
-  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
   if (event->type() == QEvent::Paint) PaintFrame();
+  if (event->isInputEvent()) ReportSelection();
+  return result;
+}
+
+bool ListView::viewportEvent(QEvent* event) {
+  const bool result = QTableView::viewportEvent(event);
+  if (event->isInputEvent()) ReportSelection();
   return result;
 }
 
@@ -139,18 +129,16 @@ void ListView::PaintFrame() {
 
 void ListView::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
-  if (rowLines_ == Qt::NoPen) return;
   QPainter painter(viewport());
   QColor color = palette().color(QPalette::Text);
   color.setAlphaF(0.35f);
   QPen pen(color, 1, rowLines_);
   pen.setCapStyle(Qt::FlatCap);  // a dot is as long as it is wide
   painter.setPen(pen);
-  for (int row = std::max(rowAt(event->rect().top()), 0); row < model_.rowCount(); ++row) {
-    const int y = rowViewportPosition(row) + rowHeight(row) - 1;
-    if (y > event->rect().bottom()) break;
+  const int height = verticalHeader()->defaultSectionSize();
+  const int end = std::min(verticalHeader()->length() - verticalOffset(), viewport()->height());
+  for (int y = height - 1 - verticalOffset() % height; y < end; y += height)
     painter.drawLine(0, y, viewport()->width(), y);
-  }
 }
 
 void ListView::resizeEvent(QResizeEvent* event) {
@@ -171,8 +159,7 @@ void ListView::PressRow(QMouseEvent* event) {
   if (indexAt(event->position().toPoint()).isValid())
     QTableView::mousePressEvent(event);
   else
-    SelectNone();
-  ReportSelection();
+    selectionModel()->clear();
 }
 
 void ListView::mouseMoveEvent(QMouseEvent* event) {
@@ -183,38 +170,29 @@ void ListView::mouseMoveEvent(QMouseEvent* event) {
   else
     viewport()->unsetCursor();
   QTableView::mouseMoveEvent(event);
-  ReportSelection();
 }
 
 void ListView::mouseReleaseEvent(QMouseEvent* event) {
-  if (columns_.Held() && event->button() == Qt::LeftButton) {
+  if (columns_.Held()) {
     if (columns_.Release()) return;
     QMouseEvent press(QEvent::MouseButtonPress, columns_.PressedAt(), event->globalPosition(), Qt::LeftButton,
                       Qt::LeftButton, event->modifiers());
     PressRow(&press);
   }
   QTableView::mouseReleaseEvent(event);
-  ReportSelection();
 }
 
 void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
-  // The first click may have been on another row.
-  if (indexAt(event->position().toPoint()).row() != SelectedRow()) PressRow(event);
+  PressRow(event);  // the first click may have been on another row
   ReportSelection();
   Deliver([](Listbox& list) { list.UserDoubleClick(); });
-}
-
-void ListView::keyPressEvent(QKeyEvent* event) {
-  QTableView::keyPressEvent(event);
-  ReportSelection();
 }
 
 QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers) {
   const int last = model_.rowCount() - 1;
   const int row = SelectedRow();
-  const int page =
-      std::max(1, viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize()) - 1);
+  const int page = std::max(1, viewport()->height() / verticalHeader()->defaultSectionSize() - 1);
   const auto goTo = [&](int target) { return model_.index(std::clamp(target, 0, std::max(last, 0)), 0); };
   switch (action) {
     case MoveUp:

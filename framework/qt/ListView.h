@@ -19,13 +19,13 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   void CopyOwn() override;
 
   bool event(QEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void updateGeometries() override;
   void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
@@ -37,7 +37,6 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   void CopySelection();
 
   int SelectedRow() const;
-  void SelectNone() { selectionModel()->clear(); }
   /// Hands the selection to the control when it is another one than the control knows.
   void ReportSelection();
 
@@ -50,9 +49,7 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   ListModel model_;
   ListColumns columns_{*this};
   Qt::PenStyle rowLines_ = Qt::NoPen;
-  QColor ringColor_;        // of the frame, none for the style's own frame
-  bool rowsBehind_ = true;  // rows have changed that were not copied as nothing showed
-  bool copying_ = false;
+  QColor ringColor_;  // of the frame, none for the style's own frame
   int reportedRow_ = -1;
   std::uint64_t generation_ = 0;  // of the rows that are copied
 };
