@@ -27,38 +27,29 @@ TabPanelView::TabPanelView(const Ref<TabPanel>& control, QWidget& parent)
 }
 
 QWidget& TabPanelView::Page(int panel) {
-  while (static_cast<int>(pages_.size()) < panel) {
-    auto* page = new TabPage(this);
-    page->setGeometry(rect());
-    page->setAccessibleName(bar_.tabText(static_cast<int>(pages_.size())).replace("&&", "&"));
-    page->setVisible(static_cast<int>(pages_.size()) == bar_.currentIndex());
-    pages_.push_back(page);
-    bar_.raise();
-  }
   return *pages_[static_cast<std::size_t>(panel - 1)];
 }
 
 void TabPanelView::Step(int tabs) {
-  if (bar_.count() > 0) bar_.setCurrentIndex((bar_.currentIndex() + tabs + bar_.count()) % bar_.count());
+  bar_.setCurrentIndex((bar_.currentIndex() + tabs + bar_.count()) % bar_.count());
 }
 
 void TabPanelView::CopyOwn() {
   const QSignalBlocker blocker(bar_);
   bar_.setFont(FontOf(*control_));
-  CopyCaptions();
+  MakePages();
   bar_.setCurrentIndex(control_->Value);
   ShowPages();
   PlaceBar();
-  update();
 }
 
-void TabPanelView::CopyCaptions() {
-  const auto captions = control_->Captions();
-  const int count = static_cast<int>(captions.size());
-  while (bar_.count() > count) bar_.removeTab(bar_.count() - 1);
-  while (bar_.count() < count) bar_.addTab({});
-  for (int tab = 0; tab < count; ++tab)
-    bar_.setTabText(tab, Literal(captions[static_cast<std::size_t>(tab)]));
+void TabPanelView::MakePages() {
+  if (!pages_.empty()) return;
+  for (const String& caption : control_->Captions()) {
+    bar_.addTab(Literal(caption));
+    pages_.push_back(new TabPage(this));
+    pages_.back()->setAccessibleName(OneLine(caption));
+  }
 }
 
 void TabPanelView::ShowPages() {
@@ -67,6 +58,7 @@ void TabPanelView::ShowPages() {
     const bool front = static_cast<int>(i) == bar_.currentIndex();
     // The focus goes to the tabs, not to whatever comes next in the window.
     if (!front && page->isAncestorOf(QApplication::focusWidget())) bar_.setFocus();
+    page->setGeometry(rect());
     page->setVisible(front);
   }
 }
@@ -75,7 +67,6 @@ QStyleOptionTabWidgetFrame TabPanelView::FrameOption() const {
   QStyleOptionTabWidgetFrame option;
   option.initFrom(this);
   option.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
-  option.shape = bar_.shape();
   option.leftCornerWidgetSize = option.rightCornerWidgetSize = QSize(0, 0);  // left unset they move the bar
   option.tabBarSize = bar_.sizeHint().boundedTo({width(), height()});
   option.tabBarRect = bar_.geometry();
@@ -86,11 +77,6 @@ QStyleOptionTabWidgetFrame TabPanelView::FrameOption() const {
 void TabPanelView::PlaceBar() {
   const QStyleOptionTabWidgetFrame option = FrameOption();
   bar_.setGeometry(style()->subElementRect(QStyle::SE_TabWidgetTabBar, &option, this));
-}
-
-void TabPanelView::resizeEvent(QResizeEvent*) {
-  PlaceBar();
-  for (QWidget* page : pages_) page->setGeometry(rect());
 }
 
 void TabPanelView::paintEvent(QPaintEvent*) {

@@ -39,10 +39,9 @@ class TabPanelView final : public ViewOf<TabPanel, QWidget> {
  protected:
   void CopyOwn() override;
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void CopyCaptions();
+  void MakePages();
   void ShowPages();
   QStyleOptionTabWidgetFrame FrameOption() const;
   void PlaceBar();
