@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
+#include <algorithm>
 #include <cstdlib>
 
 #include "framework/Rectangle.h"
@@ -20,37 +21,30 @@ Qt::Alignment AlignmentOf(const Label& label) {
   return horizontal | (label.Multiline ? Qt::AlignTop : Qt::AlignVCenter);
 }
 
-bool Contains(const Control& outer, const Control& inner) {
-  return outer.Left <= inner.Left && outer.Top <= inner.Top &&
-         outer.Left + outer.Width >= inner.Left + inner.Width &&
-         outer.Top + outer.Height >= inner.Top + inner.Height;
+QRect PlaceOf(const Control& control) {
+  return {control.Left, control.Top, control.Width, control.Height};
 }
 
 /// True for a label over a filled rectangle; false on the window's own background.
 bool StandsOnFill(const Label& label) {
-  if (!label.StandsIn()) return false;
-  for (const auto& control : label.StandsIn()->Controls()) {
-    if (control.Get() == &label) return false;
-    if (Cast<Rectangle>(control) && control->TabPanelIndex == label.TabPanelIndex &&
-        Contains(*control, label))
-      return true;
-  }
-  return false;
+  return std::ranges::any_of(label.StandsIn()->Controls(), [&](const Ref<Control>& control) {
+    return Cast<Rectangle>(control) && control->TabPanelIndex == label.TabPanelIndex &&
+           PlaceOf(*control).contains(PlaceOf(label));
+  });
 }
 
-/// The design's colours were chosen for a light window. One that would be lost on the window's background is
-/// the palette's link colour.
+/// The design's colours were chosen for a light window. Where the palette's link colour stands out more from
+/// the window's background, it is that.
 QColor Readable(QColor color, const QPalette& palette) {
-  constexpr int kLeastContrast = 80;  // in shades of grey
-  const int contrast = std::abs(qGray(color.rgb()) - qGray(palette.color(QPalette::Window).rgb()));
-  return contrast < kLeastContrast ? palette.color(QPalette::Link) : color;
+  const int background = qGray(palette.color(QPalette::Window).rgb());
+  const auto contrast = [&](const QColor& c) { return std::abs(qGray(c.rgb()) - background); };
+  return std::ranges::max(color, palette.color(QPalette::Link), {}, contrast);
 }
 
 }  // namespace
 
 LabelView::LabelView(const Ref<Label>& control, QWidget& parent) : ViewOf(control, parent) {
   setTextFormat(Qt::PlainText);
-  setIndent(0);
 }
 
 void LabelView::CopyOwn() {
@@ -61,11 +55,10 @@ void LabelView::CopyOwn() {
   setWordWrap(control_->Multiline);
   setFont(Squeezed(FontOf(*control_), whole_, size(), wrapping));
   setText(Shortened(whole_, font(), size(), wrapping));
-  if (text() != whole_) setToolTip(ToolTip(whole_));
+  setToolTip(text() == whole_ ? QString() : ToolTip(whole_));
   CopyColor();
 
   link_ = control_->MouseDown != nullptr;
-  watchesMouse_ = control_->MouseEnter || control_->MouseExit;
   setFocusPolicy(link_ ? Qt::StrongFocus : Qt::NoFocus);
   if (link_) setCursor(Qt::PointingHandCursor);
 }
@@ -92,16 +85,16 @@ void LabelView::mousePressEvent(QMouseEvent* event) {
 }
 
 void LabelView::enterEvent(QEnterEvent*) {
-  if (watchesMouse_) Deliver([](Label& label) { label.UserMouseEnter(); });
+  Deliver([](Label& label) { label.UserMouseEnter(); });
 }
 
 void LabelView::leaveEvent(QEvent*) {
-  if (watchesMouse_) Deliver([](Label& label) { label.UserMouseExit(); });
+  Deliver([](Label& label) { label.UserMouseExit(); });
 }
 
 void LabelView::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
-  if (link_ && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space))
+  if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)
     Press();
   else
     QLabel::keyPressEvent(event);

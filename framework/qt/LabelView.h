@@ -30,5 +30,4 @@ class LabelView final : public ViewOf<Label, QLabel> {
 
   QString whole_;
   bool link_ = false;
-  bool watchesMouse_ = false;  // of the mouse that enters and leaves
 };
