@@ -9,9 +9,4 @@ class BevelButtonView final : public ButtonView<BevelButton> {
 
  protected:
   void CopyOwn() override;
-
- private:
-  void CopyIcon();
-
-  PictureRef icon_;
 };

@@ -5,6 +5,7 @@
 #include <QStyleOptionButton>
 
 #include "framework/qt/ControlView.h"
+#include "framework/qt/Conversions.h"
 #include "framework/qt/Painting.h"
 
 /// What the views of the two kinds of button share.
@@ -19,6 +20,10 @@ class ButtonView : public ViewOf<ControlClass, QPushButton> {
   }
 
  protected:
+  void CopyOwn() override {
+    this->setFont(FontOf(*this->control_));
+    this->setText(Literal(this->control_->Caption));
+  }
   void paintEvent(QPaintEvent* event) override {
     QPushButton::paintEvent(event);
     constexpr int kWidth = 2;

@@ -6,7 +6,6 @@
 
 void CanvasView::CopyOwn() {
   backdrop_ = control_->Backdrop;
-  update();
 }
 
 void CanvasView::paintEvent(QPaintEvent*) {

@@ -18,13 +18,12 @@ enum class Breaks { kAsBlanks, kKept };
 /// Besides what has a stand-in: surrogates, as which bytes that are no text are carried, and what is no
 /// character.
 bool IsHarmful(char32_t c) {
-  return ShownText::HasStandIn(c) || (c >= 0xD800 && c < 0xE000) || (c & 0xFFFE) == 0xFFFE || c > 0x10FFFF;
+  return ShownText::HasStandIn(c) || (c & 0xFFFFF800) == 0xD800 || (c & 0xFFFE) == 0xFFFE;
 }
 
 QString Printable(const String& text, Breaks breaks, std::size_t limit) {
   const std::size_t size = std::min(text.Size(), limit);
   std::u32string shown;
-  shown.reserve(size + 1);
   for (std::size_t i = 0; i < size; ++i) {
     const char32_t c = text[i];
     if (c == '\n' && i > 0 && text[i - 1] == '\r') continue;
@@ -66,7 +65,7 @@ QColor ToQColor(Color color) {
 }
 
 QPixmap ToQPixmap(const PictureRef& picture, QSize room, qreal scale) {
-  if (!picture || picture->width <= 0 || picture->height <= 0) return {};
+  if (!picture) return {};
   const auto* pixels = reinterpret_cast<const uchar*>(picture->pixels.data());
   const QImage image(pixels, picture->width, picture->height, picture->width * 4, QImage::Format_ARGB32);
   const bool fits = image.width() <= room.width() && image.height() <= room.height();
@@ -86,7 +85,6 @@ QFont FontOf(const TextControl& control) {
     font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setFamilies({OneLine(control.TextFont), font.family()});
     font.setStyleHint(QFont::Monospace);
-    font.setFixedPitch(true);
   }
   const int size = qRound(control.TextSize.Get());
   font.setPixelSize(size > 0 ? size : small ? kSmallSize : kStandardSize);

@@ -11,8 +11,8 @@ QColor Mixed(QColor color, QColor other) {
 }
 
 void PaintRing(QPainter& painter, QRect area, QColor topLeft, QColor bottomRight) {
-  painter.fillRect(area.left(), area.top(), area.width() - 1, 1, topLeft);
-  painter.fillRect(area.left(), area.top(), 1, area.height() - 1, topLeft);
+  painter.fillRect(area.left(), area.top(), area.width(), 1, topLeft);
+  painter.fillRect(area.left(), area.top(), 1, area.height(), topLeft);
   painter.fillRect(area.left(), area.bottom(), area.width(), 1, bottomRight);
   painter.fillRect(area.right(), area.top(), 1, area.height(), bottomRight);
 }

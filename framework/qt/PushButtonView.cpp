@@ -1,9 +1,6 @@
 #include "framework/qt/PushButtonView.h"
 
-#include "framework/qt/Conversions.h"
-
 void PushButtonView::CopyOwn() {
-  setFont(FontOf(*control_));
-  setText(Literal(control_->Caption));
+  ButtonView::CopyOwn();
   setDefault(control_->Default);
 }

@@ -11,7 +11,6 @@ void RectangleView::CopyOwn() {
   topLeft_ = ToQColor(control_->TopLeftColor);
   bottomRight_ = ToQColor(control_->BottomRightColor);
   border_ = control_->BorderWidth;
-  update();
 }
 
 void RectangleView::paintEvent(QPaintEvent*) {
@@ -21,7 +20,6 @@ void RectangleView::paintEvent(QPaintEvent*) {
 }
 
 QColor ColorAround(const Control& control) {
-  if (!control.StandsIn()) return {};
   for (const auto& other : control.StandsIn()->Controls()) {
     const auto rectangle = Cast<Rectangle>(other);
     if (rectangle && rectangle->Name.Get() == control.InitialParent) return ToQColor(rectangle->TopLeftColor);

@@ -30,7 +30,7 @@ void TextAreaView::CopyOwn() {
   const QSignalBlocker blocker(this);
   setReadOnly(control_->ReadOnly);
   if (control_->ReadOnly) setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  if (const QFont font = FontOf(*control_); font != this->font()) setFont(font);
+  setFont(FontOf(*control_));
   CopyColors();
   CopyText();
 }
@@ -102,7 +102,6 @@ void TextAreaView::HideCaret() {
 bool TextAreaView::event(QEvent* event) {
   const bool result = QPlainTextEdit::event(event);
   if (isReadOnly() && (event->type() == QEvent::FocusIn || event->type() == QEvent::KeyPress)) HideCaret();
-  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
   if (event->type() == QEvent::Paint) PaintFocusRing(*this, rect());
   return result;
 }

@@ -24,20 +24,14 @@ void WheelView::paintEvent(QPaintEvent*) {
   for (int spoke = 0; spoke < kSpokes; ++spoke) {
     const int age = (step_ - spoke + kSpokes) % kSpokes;
     color.setAlphaF(std::max(0.12f, 1.0f - static_cast<float>(age) / (kSpokes - 2)));
-    painter.save();
-    painter.rotate(360.0 / kSpokes * spoke);
     painter.setPen(QPen(color, radius * 0.2, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(0, -radius * 0.52), QPointF(0, -radius * 0.88));
-    painter.restore();
+    painter.rotate(360.0 / kSpokes);
   }
 }
 
 void WheelView::showEvent(QShowEvent*) {
   timer_.start(kStepTime, this);
-}
-
-void WheelView::hideEvent(QHideEvent*) {
-  timer_.stop();
 }
 
 void WheelView::timerEvent(QTimerEvent*) {

@@ -5,7 +5,7 @@
 #include "framework/ProgressWheel.h"
 #include "framework/qt/ControlView.h"
 
-/// Spokes that fade in turn, by a timer that runs as long as they show.
+/// Spokes that fade in turn, by a timer that runs once they show.
 class WheelView final : public ViewOf<ProgressWheel, QWidget> {
  public:
   using ViewOf::ViewOf;
@@ -14,7 +14,6 @@ class WheelView final : public ViewOf<ProgressWheel, QWidget> {
   void CopyOwn() override;
   void paintEvent(QPaintEvent* event) override;
   void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
   void timerEvent(QTimerEvent* event) override;
 
  private:
