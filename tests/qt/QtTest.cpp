@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QMetaEnum>
 #include <QMimeData>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -83,6 +84,27 @@ QVariant Cell(int row, int column, int role) {
   return List()->model()->index(row, column).data(role);
 }
 
+/// Whether the rows are as drawn in plain strokes: selection, text where it is to stand, and dots below.
+bool ShowsRows() {
+  QImage picture(List()->viewport()->size(), QImage::Format_RGB32);
+  picture.fill(Qt::white);
+  QPainter painter(&picture);
+  for (int row = 0, column = 0; row < List()->model()->rowCount(); row += ++column / 4, column %= 4) {
+    const QModelIndex index = List()->model()->index(row, column);
+    const QRect cell = List()->visualRect(index).adjusted(column == 0 ? 3 : 0, 0, column == 1 ? -6 : 0, 0);
+    const bool selected = List()->selectionModel()->isSelected(index);
+    if (selected) painter.fillRect(List()->visualRect(index), List()->palette().highlight());
+    QFont font = List()->font();
+    font.setBold(row == 0), font.setItalic(row == 1), painter.setFont(font);
+    painter.setPen(List()->palette().color(selected ? QPalette::HighlightedText : QPalette::Text));
+    painter.drawText(cell, Qt::AlignVCenter | (column == 1 ? Qt::AlignRight : Qt::AlignLeft),
+                     index.data().toString());
+    for (int x = 0; column == 3 && x < picture.width(); x += 3)
+      painter.fillRect(x, cell.bottom(), 1, 1, QColor(0, 0, 0, qRound(0.35 * 255)));
+  }
+  return List()->viewport()->grab().toImage().convertToFormat(picture.format()) == picture;
+}
+
 void Click(QWidget* widget, QPoint place = {}) {
   ASSERT_TRUE(widget);
   QTest::mouseClick(widget, Qt::LeftButton, {}, place);
@@ -112,6 +134,8 @@ QStringList Told(QAccessibleInterface* parent) {
         QMetaEnum::fromType<QAccessible::Role>().valueToKey(child->role())};
     words += state.disabled ? "disabled" : state.checked ? "checked" : state.readOnly ? "readOnly" : "-";
     if (auto* action = child->actionInterface()) words += action->actionNames();
+    if (auto* table = child->tableInterface())
+      for (int at = 0; at < 4; ++at) words += table->columnDescription(at) + table->rowDescription(at);
     const auto* widget = qobject_cast<QWidget*>(child->object());
     if (widget) words += QString::number(widget->font().pixelSize()) + (widget->font().bold() ? "b" : "");
     EXPECT_FALSE(widget && widget->isVisible() && IsFaint(*widget)) << words.join(' ').toStdString();
@@ -182,42 +206,61 @@ TEST_F(Screen, ShowsTheTableAndTakesClicks) {
       EXPECT_EQ(InWindow(List()->viewport()).left() + List()->columnViewportPosition(column), left);
     EXPECT_EQ(List()->horizontalScrollBar()->maximum(), 0);
 
-    const auto onEdge = [](int row) { return QPoint(200, InRow(row).y()); };
-    Click(List()->viewport(), onEdge(1));
+    EXPECT_TRUE(ShowsRows());
+    const auto onEdge = [](int row, int x = 200) { return QPoint(x, InRow(row).y()); };
+    const auto send = [](QPoint at, Qt::MouseButton held = {}, QEvent::Type type = QEvent::MouseMove) {
+      QMouseEvent event(type, at, List()->mapToGlobal(at), held, held, {});
+      QApplication::sendEvent(List()->viewport(), &event);  // QTest::mouseMove presses no button in Qt 6.2
+      return List()->viewport()->cursor().shape() == Qt::SplitHCursor;
+    };
+    const auto pull = [&](QPoint from, QPoint to) {
+      QTest::mousePress(List()->viewport(), Qt::LeftButton, {}, from);
+      send(to, Qt::LeftButton);
+      QTest::mouseRelease(List()->viewport(), Qt::LeftButton, {}, to);
+    };
+    EXPECT_TRUE(send(onEdge(0)) && !send(InRow(0)) && !send(onEdge(0, 1)) && !send({200, 120}));
+    pull(onEdge(1), onEdge(1) + QPoint(3, 0));  // no more than a click
     EXPECT_TRUE(IsEnabled("infoBtn") && Button("Mount")->isEnabled());
     Click(List()->viewport(), {60, 120});
     EXPECT_FALSE(IsEnabled("infoBtn") || Button("Mount")->isEnabled());
     QTest::keyClick(List(), Qt::Key_Return);
-    std::string rows;
-    for (auto key : {Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Down, Qt::Key_Home, Qt::Key_PageDown, Qt::Key_End}) {
+    Use<Listbox>("ListBox2", [](auto& list) {
+      while (list.ListCount() < 26) list.AddRow("-");
+    });
+    const int page = List()->viewport()->height() / List()->rowHeight(0) - 1;
+    std::vector<int> rows;
+    for (auto key : {Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Home, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_Down,
+                     Qt::Key_Up, Qt::Key_End}) {
       QTest::keyClick(List(), key);
-      rows += std::to_string(Read([] { return Window1()->ListBox2()->ListIndex(); }));
+      rows.push_back(Read([] { return Window1()->ListBox2()->ListIndex(); }));
     }
-    EXPECT_EQ(rows, "101011");
-    const QImage end = List()->viewport()->grab({0, List()->rowViewportPosition(1) - 2, 2, 2}).toImage();
-    EXPECT_NE(end.pixel(0, 0) == end.pixel(0, 1), end.pixel(1, 0) == end.pixel(1, 1)) << "no dots";
-    QTest::keyClick(List(), Qt::Key_Return);
+    EXPECT_EQ(rows, std::vector({25, 25 - page, 0, 0, page, page + 1, page, 25}));
+    EXPECT_EQ(List()->viewport()->height() - InRow(25).y(), List()->rowHeight(25) / 2);
+    EXPECT_TRUE(ShowsRows());
+    for (auto key : {Qt::Key_Home, Qt::Key_Down, Qt::Key_Return}) QTest::keyClick(List(), key);
     EXPECT_EQ(Calls().back(), "mount|disk7s3");
-    QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, onEdge(0));
+    pull(InRow(1), InRow(0));
+    EXPECT_EQ(Read([] { return Window1()->ListBox2()->ListIndex(); }), 0) << "the selection does not follow";
+
+    pull(onEdge(1), onEdge(1, 1000));
+    pull(onEdge(1, List()->columnWidth(0)), onEdge(1, 150));
+    EXPECT_TRUE(send(onEdge(0, 150)) && !send(onEdge(0, List()->viewport()->width() - 1)));
+    EXPECT_FALSE(List()->selectionModel()->isRowSelected(1));
+    Click(List()->viewport(), onEdge(1, 150));
+    send(InRow(0), Qt::RightButton, QEvent::MouseButtonDblClick);
+    EXPECT_EQ(Calls().back(), "mount|disk7s3");
+    send(InRow(0), Qt::LeftButton, QEvent::MouseButtonDblClick);
     EXPECT_EQ(Calls().back(), "mount|disk7s2");
 
-    QTest::mousePress(List()->viewport(), Qt::LeftButton, {}, onEdge(1));
-    const auto drag = [](int x) {
-      const QPoint to(x, InRow(1).y());  // QTest::mouseMove presses no button in Qt 6.2
-      QMouseEvent move(QEvent::MouseMove, to, List()->mapToGlobal(to), {}, Qt::LeftButton, {});
-      QApplication::sendEvent(List()->viewport(), &move);
-    };
-    drag(1000);
-    EXPECT_LT(List()->columnWidth(0), List()->viewport()->width()) << "the edge is out of reach";
-    drag(150);
-    QTest::mouseRelease(List()->viewport(), Qt::LeftButton, {}, {150, InRow(1).y()});
-    EXPECT_EQ(List()->columnWidth(0), 149) << "the edge does not follow the pointer";
-    EXPECT_EQ(List()->selectionModel()->selectedRows().front().row(), 0);
-
     auto* const tabs = Any<QTabBar>();
-    tabs->setCurrentIndex(1);
+    List()->activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([] { return List()->hasFocus(); }));
+    QTest::keyClick(List(), Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_TRUE(tabs->hasFocus()) << "the focus does not stay with the tabs";
     WithText<QCheckBox>("Show the \"unMount\" button")->toggle();  // as assistive technology does
     tabs->setCurrentIndex(0);
+    EXPECT_EQ(List()->columnWidth(0), 150) << "the edge does not follow the pointer";
+    EXPECT_EQ(List()->columnViewportPosition(3) + List()->columnWidth(3), List()->viewport()->width());
     EXPECT_FALSE(Button("unMount")) << "the box was ticked and the program does not know";
     List()->window()->move(50, 60);
     EXPECT_TRUE(PumpUntil([] { return Window1()->Left == List()->window()->geometry().left(); }));
@@ -273,13 +316,28 @@ TEST_F(Screen, TakesOverANewLook) {
 
     Choose("AppleAbout");
     QEnterEvent enter({}, {}, {});  // a link under the pointer has a colour
-    QApplication::sendEvent(WithText<QLabel>("https://www.dravik.example/"), &enter);
+    auto* const link = WithText<QLabel>("https://www.dravik.example/");
+    QApplication::sendEvent(link, &enter);
+    EXPECT_EQ(link->cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_TRUE(Visible<QPushButton>([](auto& donate) { return donate.iconSize().height() > 20; }));
+    auto* const text = Any<QPlainTextEdit>();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return text->hasFocus(); }));
+    QTest::keyClick(text, Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_TRUE(text->textCursor().hasSelection());
+    QTest::keyClick(text, Qt::Key_Right);
+    const QImage read = text->viewport()->grab().toImage();
+    text->clearFocus();
+    EXPECT_TRUE(text->viewport()->grab().toImage() == read) << "a caret where nothing can be typed";
     QPalette dark(QColor(40, 44, 48));
     dark.setColor(QPalette::Link, Qt::white);
     QApplication::setPalette(dark);
     const auto isDark = [&] { return WithText<QLabel>("Dravik")->palette().window() == dark.window(); };
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isDark() && !Visible<QLabel>(IsFaint); })) << "dark on dark";
-    EXPECT_TRUE(WithText<QLabel>("https://www.dravik.example/")->font().underline()) << "under the pointer";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isDark() && !Visible<QLabel>(IsFaint) && !IsFaint(*text); }));
+    EXPECT_TRUE(link->font().underline()) << "under the pointer";
+    QApplication::sendEvent(link, std::make_unique<QEvent>(QEvent::Leave).get());
+    EXPECT_FALSE(link->font().underline());
+    const QImage frame = link->window()->grab({40, 37, 68, 68}).toImage();
+    EXPECT_EQ(frame.pixelColor(0, 0).name() + frame.pixelColor(67, 67).name(), "#858585#ffffff");
     Click(WithText<QLabel>("Dravik"));
   });
 }
@@ -289,7 +347,7 @@ TEST_F(Screen, KeepsTheUsersInputUntilTheHandlerEnds) {
   RunAfterScan([&] {
     Click(List()->viewport(), InRow(1));
     QPointer<QWidget> sheet;
-    int turns = 0;  // of the loop since the input
+    std::vector<QImage> wheel{QImage()};  // as it turns after the input
     QTimer user;
     QObject::connect(&user, &QTimer::timeout, [&] {
       if (!sheet && Calls().back() == "mount|disk7s3") {
@@ -297,7 +355,11 @@ TEST_F(Screen, KeepsTheUsersInputUntilTheHandlerEnds) {
         QueueClick(Button("Info..."));
         Button("Info...")->click();  // as assistive technology presses it
         QApplication::sendEvent(sheet, std::make_unique<QCloseEvent>().get());
-      } else if (sheet && ++turns == 9) {
+      } else if (sheet && wheel.size() < 5) {
+        auto* const busy = Visible<QWidget>([](auto& widget) { return widget.accessibleName() == "Busy"; });
+        wheel.push_back(busy->grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither));
+        if (wheel.back() == wheel.end()[-2]) wheel.pop_back();
+      } else if (sheet && Has("mount.held")) {
         EXPECT_EQ(Calls().back(), "mount|disk7s3") << "a handler ran inside another one's command";
         EXPECT_TRUE(sheet->isVisible());
         Remove("mount.held");
@@ -305,7 +367,8 @@ TEST_F(Screen, KeepsTheUsersInputUntilTheHandlerEnds) {
     });
     user.start();
     Click(Button("Mount"));
-    EXPECT_GE(turns, 9) << "the screen stood still";
+    ASSERT_EQ(wheel.size(), 5) << "the screen stood still";
+    EXPECT_EQ(wheel[4], wheel[1].transformed(QTransform().rotate(90))) << "three of twelve steps on";
     EXPECT_EQ(Calls().back(), "info|disk7s3");
     EXPECT_TRUE(QTest::qWaitFor([&] { return !sheet; }));
     EXPECT_TRUE(PumpUntil([&] { return Calls().size() == 6; })) << "the click in the queue was lost";
@@ -326,13 +389,16 @@ TEST_F(Screen, ShowsTheReportAsPlainTextThatCanBeEdited) {
     EXPECT_EQ(report->blockCount(), 5);  // the long line is cut twice
     EXPECT_EQ(copied(), kReport);
     report->paste();  // in its own place
+    QGuiApplication::clipboard()->clear();
+    report->paste();
     EXPECT_EQ(copied(), kReport);
+    EXPECT_TRUE(QFontInfo(report->font()).fixedPitch());
     report->moveCursor(QTextCursor::Start);
     report->setFocus();
     report->activateWindow();
     ASSERT_TRUE(QTest::qWaitFor([&] { return report->hasFocus(); }));
-    QTest::keyClicks(report, "ab");
-    EXPECT_EQ(Read([] { return Window3()->infoFld()->Text.Get().Utf8().substr(0, 5); }), "ab   ");
+    QTest::keyClicks(report, "ab\t");
+    EXPECT_EQ(Read([] { return Window3()->infoFld()->Text.Get().Utf8(); }), "ab" + kReport);
     EXPECT_EQ(report->textCursor().position(), 2);
     report->selectAll();
     QTest::keyClick(report, 'e', Qt::AltModifier);
@@ -346,8 +412,12 @@ TEST_F(Screen, ShowsTheReportAsPlainTextThatCanBeEdited) {
     Click(WithText<QLabel>("Dravik"));
     for (int edits = 2; edits > 0; --edits) Choose("EditUndo");
     EXPECT_EQ(copied(), kReport);
-    QGuiApplication::clipboard()->clear();
-    report->paste();
+    const QImage selected = report->grab().toImage();
+    const int end = report->verticalScrollBar()->maximum();
+    report->moveCursor(QTextCursor::End);
+    EXPECT_EQ(report->verticalScrollBar()->maximum(), end) << "the scroll bar grows";
+    report->moveCursor(QTextCursor::Start);
+    EXPECT_TRUE(report->grab().toImage() == selected) << "a selection where nobody types";
     Click(Button("OK"));
     EXPECT_FALSE(Any<QPlainTextEdit>());
     Choose("EditUndo");
@@ -374,7 +444,7 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
     hears("Executing the command 'diskutil list' Looking for Drives / Partitions Please wait...|2 volumes");
     for (QWidget* part : List()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
       EXPECT_GE(QAccessible::queryAccessibleInterface(List())->indexOfChild(QAccessible::queryAccessibleInterface(part)), 0);
-    finds(List(), "Disks and partitions Table - 12|Backup, mounted Cell - Toggle|120.5 GB Cell - Toggle|disk7s2 Cell - Toggle|<b> x</b>\uFFFD, not mounted Cell - Toggle|1.0 GB Cell - Toggle|disk7s3 Cell - Toggle|Scan Button - Press SetFocus 12|Mount Button disabled 12|Info... Button disabled 12|Disk/partition name StaticText - 11b|Identifier StaticText - 11b|Size StaticText - 11b|unMount Button disabled 12");
+    finds(List()->parentWidget(), "'diskutil' Grouping - -1|Disks and partitions Table - Disk/partition name Size  Identifier 12|Backup, mounted Cell - Toggle|120.5 GB Cell - Toggle|disk7s2 Cell - Toggle|<b> x</b>\uFFFD, not mounted Cell - Toggle|1.0 GB Cell - Toggle|disk7s3 Cell - Toggle|Scan Button - Press SetFocus 12|Mount Button disabled 12|Info... Button disabled 12|Disk/partition name StaticText - 11b|Identifier StaticText - 11b|Size StaticText - 11b|unMount Button disabled 12|'diskutil' PageTabList - SetFocus 12|'diskutil' PageTab - Press|Settings PageTab - Press");
     Click(List()->viewport(), InRow(1));
     Click(Button("Mount"));
     hears("Executing the command 'diskutil mount' Mounting «<b> x</b>\uFFFD». Please wait...|<b> x</b>\uFFFD, mounted");
@@ -386,13 +456,14 @@ TEST_F(Screen, TellsWhatIsThereAndSaysOnceWhatGoesOn) {
       EXPECT_TRUE(!box || (box->close() && ear.said.size() == 1)) << "told before the message was read";
     });
     answer.start(200);
-    Click(List()->viewport(), InRow(0));
+    QAccessible::queryAccessibleInterface(List())->tableInterface()->selectRow(0);
+    EXPECT_TRUE(PumpUntil([] { return Window1()->ListBox2()->ListIndex() == 0; }));
     Click(Button("unMount"));
     hears("Executing the command 'diskutil unmount' unMounting «Backup». Please wait...|Backup, not mounted");
     Click(Button("Info..."));
     finds(Any<QPlainTextEdit>(), "OK Button - Press SetFocus 10|diskutil info for: Backup (disk7s2) StaticText - 14b|Report EditableText - SetFocus 11");
     Click(Button("OK"));
-    Any<QTabBar>()->setCurrentIndex(1);
+    SelectTab(1);
     finds(Any<QCheckBox>(), "Perform 'diskutil list' (scan) on startup CheckBox - Toggle SetFocus 12|Show the \"unMount\" button Using this function may be slowen then ejecting using the Finder CheckBox checked Toggle SetFocus 12|Show the feedback win when performing Mount or unMount CheckBox checked Toggle SetFocus 12|Using this function may be slowen then ejecting using the Finder StaticText - 10");
     WithText<QCheckBox>("Show the feedback win when performing Mount or unMount")->toggle();
     Any<QTabBar>()->setCurrentIndex(0);
