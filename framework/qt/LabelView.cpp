@@ -33,12 +33,12 @@ bool StandsOnFill(const Label& label) {
   });
 }
 
-/// The design's colours were chosen for a light window. Where the palette's link colour stands out more from
-/// the window's background, it is that.
+/// The design's colours were chosen for a light window. One that would be lost on the window's background is
+/// the palette's link colour.
 QColor Readable(QColor color, const QPalette& palette) {
-  const int background = qGray(palette.color(QPalette::Window).rgb());
-  const auto contrast = [&](const QColor& c) { return std::abs(qGray(c.rgb()) - background); };
-  return std::ranges::max(color, palette.color(QPalette::Link), {}, contrast);
+  constexpr int kLeastContrast = 80;  // in shades of grey
+  const int contrast = std::abs(qGray(color.rgb()) - qGray(palette.color(QPalette::Window).rgb()));
+  return contrast < kLeastContrast ? palette.color(QPalette::Link) : color;
 }
 
 }  // namespace
