@@ -43,6 +43,13 @@ void Unhighlight(Label& link) {
   link.Underline = false;
 }
 
+/// The window goes before its link opens. Says that the click has not been dealt with.
+bool CloseAndOpen(const String& address) {
+  ::AboutWindow()->Close();
+  ShowURL(address);
+  return false;
+}
+
 }  // namespace
 
 Ref<class AboutWindow> AboutWindow() {
@@ -137,15 +144,11 @@ void AboutWindow::StaticText5_MouseExit(Ref<Label> label) {
 }
 
 bool AboutWindow::StaticText5_MouseDown(Ref<Label> label, int, int) {
-  ::AboutWindow()->Close();
-  ShowURL(label->Text);
-  return false;
+  return CloseAndOpen(label->Text);
 }
 
 bool AboutWindow::StaticText6_MouseDown(Ref<Label>, int, int) {
-  ::AboutWindow()->Close();
-  ShowURL(kMailAddress);
-  return false;
+  return CloseAndOpen(kMailAddress);
 }
 
 void AboutWindow::StaticText6_MouseEnter(Ref<Label> label) {
@@ -157,8 +160,7 @@ void AboutWindow::StaticText6_MouseExit(Ref<Label> label) {
 }
 
 void AboutWindow::BevelButton1_Action(Ref<BevelButton>) {
-  ::AboutWindow()->Close();
-  ShowURL(kDonationAddress);
+  CloseAndOpen(kDonationAddress);
 }
 
 void AboutWindow::AddMenuHandlers() {

@@ -4,36 +4,19 @@
 
 namespace {
 
-/// One picture: its holder, and whether the holder has been set up.
-class KeptPicture {
- public:
-  explicit KeptPicture(const char* fileName) : fileName_(fileName) {}
-
-  PictureRef Get() {
-    if (!isSetUp_) {
-      isSetUp_ = true;
-      picture_ = nullptr;
-    }
-    if (!picture_)
-      if (const auto resources = _GetApplicationBundleResources())
-        picture_ = resources->Child(fileName_)->OpenAsPicture();
-    return picture_;
-  }
-
- private:
-  const char* fileName_;
-  bool isSetUp_ = false;
-  PictureRef picture_;
-};
+PictureRef Read(const char* fileName) {
+  const auto resources = _GetApplicationBundleResources();
+  return resources ? resources->Child(fileName)->OpenAsPicture() : nullptr;
+}
 
 }  // namespace
 
 PictureRef logo64x64() {
-  static auto& kept = *new KeptPicture("logo64x64.pct");  // threads outlive statics
-  return kept.Get();
+  static auto& kept = *new PictureRef;  // threads outlive statics
+  return kept ? kept : kept = Read("logo64x64.pct");
 }
 
 PictureRef paypal() {
-  static auto& kept = *new KeptPicture("paypal.gif");
-  return kept.Get();
+  static auto& kept = *new PictureRef;
+  return kept ? kept : kept = Read("paypal.gif");
 }
