@@ -14,6 +14,12 @@ String YesOrNo(bool value) {
   return value ? "yes" : "no";
 }
 
+void TakeDefaults(class App& app) {
+  app.showFeedbackWin = false;
+  app.showUnMountBtn = false;
+  app.scan = true;
+}
+
 }  // namespace
 
 Ref<class App> App() {
@@ -56,21 +62,11 @@ void App::savePrefs() {
 /// "yes" on a value's line means no.
 void App::loadPrefs() {
   const auto file = SpecialFolder::Preferences()->Child(kFileName);
-  if (!file->Exists()) {
-    showFeedbackWin = false;
-    showUnMountBtn = false;
-    scan = true;
-    return;
-  }
+  if (!file->Exists()) return TakeDefaults(*this);
   const auto stream = file->OpenAsTextFile();
   stream->ReadLine();
   vrs = stream->ReadLine();
-  if (!(vrs == kFormatVersion)) {
-    showFeedbackWin = false;
-    showUnMountBtn = false;
-    scan = true;
-    return;
-  }
+  if (!(vrs == kFormatVersion)) return TakeDefaults(*this);
   stream->ReadLine();
   scan = stream->ReadLine() == "yes";
   stream->ReadLine();

@@ -2,16 +2,16 @@
 
 namespace {
 
-constexpr int kColumns = 4;
+constexpr int kColumns[] = {0, 1, 2, 3};
 
 }  // namespace
 
 void StyleAsMounted(Listbox& table, int row) {
-  for (int column = 0; column < kColumns; ++column) table.CellBold(row, column, true);
-  for (int column = 0; column < kColumns; ++column) table.CellItalic(row, column, false);
+  for (const int column : kColumns) table.CellBold(row, column, true);
+  for (const int column : kColumns) table.CellItalic(row, column, false);
 }
 
 void StyleAsNotMounted(Listbox& table, int row) {
-  for (int column = 0; column < kColumns; ++column) table.CellBold(row, column, false);
-  for (int column = 0; column < kColumns; ++column) table.CellItalic(row, column, true);
+  for (const int column : kColumns) table.CellBold(row, column, false);
+  for (const int column : kColumns) table.CellItalic(row, column, true);
 }
