@@ -19,8 +19,8 @@ constexpr int kMostPixelsDrawn = 4 * kLargestSide * kLargestSide;
 constexpr std::size_t kFileHeaderSize = 512;
 constexpr std::uint32_t kOpaque = 0xFF000000;
 
-/// Reads big-endian values front to back. A read past the end gives zeros, and `Good` says so from then on,
-/// so that a record can be read whole and checked once.
+/// Reads big-endian values front to back. A read past the end gives zero, and `Good` says so from then on, so
+/// that a record can be read whole and checked once.
 class Cursor {
  public:
   explicit Cursor(Bytes data) : data_(data) {}
@@ -31,7 +31,6 @@ class Cursor {
   Bytes Take(std::size_t count) {
     if (count > data_.size() - position_) {
       good_ = false;
-      position_ = data_.size();
       return {};
     }
     return data_.subspan(std::exchange(position_, position_ + count), count);
@@ -106,12 +105,11 @@ bool ReadColors(Cursor& in, PixelMap& map) {
   in.Long();
   const bool inOrder = (in.Word() & 0x8000) != 0;
   const unsigned last = in.Word();
-  if (last >= map.colors.size()) return false;
   for (unsigned i = 0; i <= last; ++i) {
     const unsigned value = in.Word();
     std::uint32_t color = kOpaque;
     for (int shift : {16, 8, 0}) color |= in.Word() >> 8 << shift;
-    map.colors[inOrder ? i : value & 0xFF] = color;
+    map.colors[(inOrder ? i : value) & 0xFF] = color;
   }
   return in.Good();
 }
@@ -135,7 +133,7 @@ std::optional<PixelMap> ReadPixelMap(Cursor& in, bool direct, bool packed) {
   const bool isBitMap = (rowBytes & 0x8000) == 0;
   map.rowBytes = rowBytes & 0x3FFF;
   map.bounds = ReadRect(in);
-  if (packed && !direct) map.packing = Packing::kByteRuns;
+  if (packed) map.packing = Packing::kByteRuns;
   if (isBitMap && direct) return std::nullopt;
   if (!isBitMap) {
     in.Word();
@@ -154,7 +152,7 @@ std::optional<PixelMap> ReadPixelMap(Cursor& in, bool direct, bool packed) {
   }
   // Packing would gain nothing in such short rows, so they never are.
   if (map.rowBytes < 8) map.packing = Packing::kNone;
-  if (!in.Good() || !map.bounds.IsSane()) return std::nullopt;
+  if (!map.bounds.IsSane()) return std::nullopt;
   if (map.rowBytes * 8 < static_cast<unsigned>(map.bounds.Width()) * map.pixelSize) return std::nullopt;
   return map;
 }
