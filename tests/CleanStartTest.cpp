@@ -21,6 +21,8 @@ TEST(CleanStart, PutsRightWhatAParentLeftBehind) {
   umask(0777);
   const rlimit few{20, 500};
   setrlimit(RLIMIT_NOFILE, &few);
+  const rlimit small{1000, RLIM_INFINITY};
+  setrlimit(RLIMIT_FSIZE, &small);
   const int kept[] = {fcntl(0, F_DUPFD, 3), fcntl(1, F_DUPFD, 3), fcntl(2, F_DUPFD, 3)};
   for (const int fd : {0, 1, 2}) close(fd);
 
@@ -35,9 +37,12 @@ TEST(CleanStart, PutsRightWhatAParentLeftBehind) {
   rlimit limit{};
   getrlimit(RLIMIT_NOFILE, &limit);
   EXPECT_EQ(limit.rlim_cur, 500u);
+  getrlimit(RLIMIT_FSIZE, &limit);
+  EXPECT_EQ(limit.rlim_cur, RLIM_INFINITY);
   EXPECT_EQ(umask(0), mode_t{077});
   EXPECT_EQ(std::signal(SIGTERM, SIG_DFL), SIG_DFL);
-  EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN) << "it would not outlive its terminal";
+  for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGXFSZ})
+    EXPECT_EQ(std::signal(signal, SIG_DFL), SIG_IGN) << signal;
   const pid_t child = fork();
   if (child == 0) _exit(3);
   int status = 0;

@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,6 +14,7 @@
 #include <sstream>
 #include <thread>
 
+#include "framework/ChildProcess.h"
 #include "framework/MainThread.h"
 #include "tests/FolderFixture.h"
 #include "tests/Worker.h"
@@ -81,6 +83,27 @@ TEST_F(ShellTest, SaysWhyACommandDidNotRun) {
   EXPECT_NE(told.find("plain: Permission denied\n"), std::string::npos) << told;
 }
 
+TEST_F(ShellTest, LooksCommandsUpInOrderAndOnlyInAbsoluteFolders) {
+  for (const char* folder : {"", "relative/", "first/", "second/", "own/"})
+    Script(std::string(folder) + "which-one", std::string("#!/bin/sh\nprintf '") + folder + "'\n");
+  Script("blocked/which-one", "", false);
+  fs::current_path(home_);
+  const auto found = [&](std::string path) {
+    for (std::size_t at; (at = path.find("~")) != std::string::npos;) path.replace(at, 1, home_.string());
+    setenv("PATH", path.c_str(), 1);
+    ChildProcess child(Launch::Now({"which-one"}, home_ / "own"));
+    while (child.Advance()) std::this_thread::yield();
+    return child.Status() == 0 ? String(child.TakeOutput()).Utf8() : std::to_string(child.Status());
+  };
+  EXPECT_EQ(found("~/first:~/second"), "first/");
+  EXPECT_EQ(found("~/nowhere:~/blocked:~/second:~/first"), "second/");
+  EXPECT_EQ(found(":relative:.:./relative::"), "own/");
+  EXPECT_EQ(found(""), "own/");
+  fs::remove_all(home_ / "own");
+  EXPECT_EQ(found(":relative:.:"), "127");
+  EXPECT_EQ(found("~/blocked"), "126");
+}
+
 #ifndef UNDER_THREAD_SANITIZER  // which may put an old posix_spawn before the library's, one that does this
 TEST_F(ShellTest, AsksNoInterpreterForHelp) {
   Script("bin/bare", "touch " + (home_ / "touched").string() + "\n");
@@ -140,6 +163,7 @@ TEST_F(ShellTest, TakesOutputHoweverItComes) {
   Script("bin/closes", "#!/bin/sh\nexec >&-\nsleep 0.2\nexit 3\n");
   Script("bin/leaves",
          "#!/bin/sh\nsleep 300 &\necho $! >" + (home_ / "left").string() + "\necho out\nexit 4\n");
+  Script("bin/late", "#!/bin/sh\n(while kill -0 $$; do :; done 2>&-; echo late) &\necho out\nexit 4\n");
   Script("bin/bytes", "#!/bin/sh\nprintf '\\377\\300\\0\\n\\r\\200'\n");
   Script("bin/asks", "#!/bin/sh\nread answer && echo \"$answer\"\nexit 5\n");
   Script("bin/slow", "#!/bin/sh\nfor i in 1 2 3; do sleep 0.05; printf $i; done\n");
@@ -147,10 +171,14 @@ TEST_F(ShellTest, TakesOutputHoweverItComes) {
   EXPECT_EQ(OnBoth("bytes"), (Outcome{0, std::string("\xFF\xC0\0\n\r\x80", 6)}));
   EXPECT_EQ(OnBoth("asks"), (Outcome{5, ""}));
   EXPECT_EQ(OnBoth("slow"), (Outcome{0, "123"}));
+  EXPECT_EQ(OnBoth("late"), (Outcome{4, "out\nlate\n"}));
   EXPECT_EQ(OnMain("leaves"), (Outcome{4, "out\n"}));
   kill(std::stoi(TextOf(home_ / "left")), SIGKILL);
   const Outcome flood = OnMain("head -c 100000000 /dev/zero");
   EXPECT_TRUE(flood.text == std::string(100'000'000, '\0')) << flood.text.size();
+  const rlimit small{1000, RLIM_INFINITY};  // on files, which a command must not meet
+  setrlimit(RLIMIT_FSIZE, &small);
+  EXPECT_EQ(OnMain("printf %05000d 0"), (Outcome{0, std::string(5000, '0')}));
 }
 
 #ifdef __linux__

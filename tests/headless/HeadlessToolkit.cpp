@@ -45,7 +45,9 @@ class HeadlessToolkit : public Toolkit {
     }
   }
 
-  void Present(Window&) override {}
+  void Present(Window& window) override {
+    TheStage().presented += window.ImplicitName().Utf8().substr(0, 7) + " ";
+  }
 
   void ShowMessage(const String& text) override {
     Stage& stage = TheStage();

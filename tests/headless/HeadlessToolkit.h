@@ -21,6 +21,8 @@ struct Stage {
   std::vector<std::string> openWindows;
   std::vector<std::string> windowsSeen;
 
+  std::string presented;  // the windows whose pictures were waited for, such as "Window1 Window2 "
+
   std::vector<std::string> addresses;
   bool canEdit = false;
   std::vector<EditCommand> edits;

@@ -47,6 +47,7 @@ int ProgramFixture::RunProgram(std::function<void()> user) {
     if (!EventLoop::Quitting()) Choose("FileQuit");
   };
   const int status = _Main(0, nullptr);
+  EXPECT_TRUE(!EventLoop::Toolkit() && TheStage().openWindows.empty()) << "still on the screen";
   EXPECT_TRUE(TheStage().answers.empty()) << TheStage().answers.size() << " message boxes did not come up";
   return status;
 }
