@@ -30,7 +30,6 @@ void Listbox::RemoveRow(int row) {
 }
 
 void Listbox::DeleteAllRows() {
-  if (ListCount() == 0) return;
   rows_.Clear();
   changes_.rowsRemoved = true;
   ++generation_;

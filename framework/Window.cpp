@@ -81,13 +81,11 @@ void Window::Close() {
   if (!open_) return;
   const Ref<Window> self(this);
   open_ = false;
-  try {
-    Event_Close();
-  } catch (...) {
-    End();
-    throw;
-  }
-  End();
+  const struct Ending {
+    Window& window;
+    ~Ending() { window.End(); }
+  } ending{*this};
+  Event_Close();
 }
 
 /// Takes the window from the register and its controls from their users.
@@ -111,17 +109,14 @@ void Window::UserMouseDown(int x, int y) {
 }
 
 void Window::UserResize(int width, int height) {
-  if (!open_) return;
   const int wider = width - Width;
   const int higher = height - Height;
-  if (wider == 0 && higher == 0) return;
   Width = width;
   Height = height;
   for (const auto& control : controls_) control->FollowWindow(wider, higher);
 }
 
 void Window::UserMove(int left, int top) {
-  if (!open_) return;
   Left = left;
   Top = top;
 }
