@@ -1,5 +1,7 @@
 #include "framework/Control.h"
 
+#include <algorithm>
+
 void Control::MarkStale() {
   if (stale_) return;
   stale_ = true;
@@ -36,8 +38,7 @@ void Control::FollowWindow(int wider, int higher) {
 }
 
 bool Control::OnFrontPanel() const {
-  if (TabPanelIndex == 0) return true;
-  for (const auto& control : container_->Controls())
-    if (const int front = control->FrontPanel()) return front == TabPanelIndex;
-  return true;
+  return TabPanelIndex == 0 || std::ranges::any_of(container_->Controls(), [this](const auto& control) {
+           return control->FrontPanel() == TabPanelIndex;
+         });
 }

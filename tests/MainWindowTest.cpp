@@ -32,6 +32,7 @@ class MainWindow : public ProgramFixture {
   }
   bool ToolRuns() const { return kill(std::stoi(TextOf(tool_ / "pid")), 0) == 0; }
 
+  const std::string kListTitle = "Executing the command 'diskutil list'\rPlease wait...";
   const std::string kTable =
       "One|1.0 GB||disk0s1|not mounted\nTwo|2.0 GB||disk0s2|mounted\nThree|3.0 GB||disk0s3|not mounted\n";
 };
@@ -120,10 +121,10 @@ TEST_P(AtStart, ScansAndShowsTheFeedbackWindowWhenAsked) {
   Write("info.held", "");
   RunProgram([&] {
     EXPECT_TRUE(!scan || WaitForTool());
+    EXPECT_EQ(TheStage().presented, scan && feedback ? "Window2 Window1 Window2 " : "Window1 ");
     EXPECT_EQ(IsOpen("Window2"), scan && feedback);
     if (IsOpen("Window2")) {
-      EXPECT_EQ(Window2()->staticTitle()->Text.Get().Utf8(),
-                "Executing the command 'diskutil list'\rPlease wait...");
+      EXPECT_EQ(Window2()->staticTitle()->Text.Get().Utf8(), kListTitle);
       EXPECT_EQ(Window2()->StaticText1()->Text.Get().Utf8(),
                 "Looking for Drives / Partitions\rPlease wait...");
     }
@@ -155,12 +156,13 @@ TEST_F(MainWindow, AScanDuringAScanIsRefusedAndTearsNothing) {
     Press("scanButton");
     ASSERT_TRUE(WaitForTool());
     EXPECT_FALSE(IsOpen("Window2")) << "the handler does not wait for the scan";
+    EXPECT_EQ(TheStage().presented, "Window1 Window2 ");
     Select(0);
     DismissMessages(1);
     Press("scanButton");
     ASSERT_EQ(TheStage().messages.size(), 1u);
     EXPECT_NE(TheStage().messages[0].find("ThreadAlreadyRunningException"), std::string::npos);
-    EXPECT_TRUE(IsOpen("Window2"));
+    EXPECT_EQ(Window2()->staticTitle()->Text.Get().Utf8(), kListTitle);
     EXPECT_EQ(Table(), "");
     EXPECT_EQ(Buttons(), "");
     Remove("info.held");
@@ -172,6 +174,26 @@ TEST_F(MainWindow, AScanDuringAScanIsRefusedAndTearsNothing) {
     Scan();
     EXPECT_EQ(Table(), kTable);
   });
+}
+
+TEST_F(MainWindow, ADisplayThatGoesEndsTheProgramWithItsSettingsSaved) {
+  for (const bool onMain : {true, false}) {
+    WritePrefs(false, false, true);
+    Write("info.held", "");
+    Remove("pid");
+    EXPECT_EXIT(RunProgram([&] {
+                  Press("scanButton");
+                  EXPECT_TRUE(WaitForTool());
+                  if (onMain) Application::DisplayHasGone();
+                  std::filesystem::remove(PrefsFile());
+                  std::filesystem::create_directory(PrefsFile());  // which cannot be written to
+                  std::thread(Application::DisplayHasGone).detach();
+                  PumpUntil([] { return false; });
+                }),
+                testing::ExitedWithCode(EXIT_FAILURE), onMain ? "" : "NilObjectException was not handled");
+    EXPECT_FALSE(ToolRuns());
+    EXPECT_TRUE(!onMain || ReadPrefs().ends_with("\n# EOF\n"));
+  }
 }
 
 TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
@@ -186,6 +208,7 @@ TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
               Select(1);
               Press("unMountBtn");
               EXPECT_TRUE(EventLoop::Quitting()) << "the handler did not wait for the tool";
+              EventLoop::Deliver([] { ADD_FAILURE() << "a handler ran after the quit"; });
             }),
             0);
   outside.join();

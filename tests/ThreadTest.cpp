@@ -8,7 +8,10 @@ namespace {
 
 class ThreadTest : public testing::Test {
  protected:
-  ~ThreadTest() override { Thread::EndAll(); }
+  ~ThreadTest() override {
+    Thread::EndAll();
+    EXPECT_FALSE(Baton::Wanted()) << "threads would stop for nobody from now on";
+  }
 
   void Start(std::function<void()> work) {
     worker_->Work = std::move(work);
@@ -54,28 +57,48 @@ TEST_F(ThreadTest, RunsUntilItIsKilledHandsOverBothWaysAndRunsAgain) {
   }
 }
 
-TEST_F(ThreadTest, StandsStillWhileSuspendedOrAsleepAndCanBeKilledThen) {
-  using namespace std::chrono;
+TEST_F(ThreadTest, CanBeKilledWhileSuspendedOrAsleep) {
   for (const bool asleep : {false, true}) {
     StartCounting();
     ASSERT_TRUE(Counts());
-    const auto begin = steady_clock::now();
-    InTurn([&] { asleep ? worker_->Sleep(60) : worker_->Suspend(); });
-    const int last = InTurn([&] { return count_; }) + 1;  // it may be on its way from a yield point
-    if (asleep) {
-      EXPECT_TRUE(WaitUntil([&] { return count_ > last; }));
-      EXPECT_GE(duration_cast<milliseconds>(steady_clock::now() - begin).count(), 60);
-    } else {
-      int looks = 0;
-      EXPECT_TRUE(WaitUntil([&] { return ++looks > 10; }));
-      EXPECT_LE(InTurn([&] { return count_; }), last);
-      InTurn([&] { worker_->Resume(); });
-      EXPECT_TRUE(Counts());
-    }
     InTurn([&] { asleep ? worker_->Sleep(3'600'000) : worker_->Suspend(); });
     InTurn([&] { worker_->Kill(); });
     EXPECT_TRUE(Ends());
   }
+}
+
+TEST_F(ThreadTest, StopsItselfAtItsNextYieldPointOnly) {
+  using namespace std::chrono;
+  std::atomic<bool> passed = false;
+  InTurn([&] { worker_->Suspend(), worker_->Sleep(3'600'000), worker_->Kill(); });  // all of no meaning yet
+  Start([&] {
+    const auto begin = steady_clock::now();
+    worker_->Sleep(20);
+    YieldPoint();
+    EXPECT_GE(steady_clock::now() - begin, milliseconds(20));
+    EXPECT_FALSE(Baton::Wanted());
+    worker_->Suspend();
+    YieldPoint();
+    passed = true;
+    worker_->Kill();
+    ADD_FAILURE() << "a killed thread went on";
+  });
+  for (int look = 0; look < 50 && !passed; ++look) std::this_thread::sleep_for(milliseconds(1));
+  EXPECT_FALSE(passed);
+  InTurn([&] { worker_->Resume(); });
+  EXPECT_TRUE(Ends() && passed);
+}
+
+TEST_F(ThreadTest, APauseGivesAllTurnsAwayAndTakesThemBack) {
+  const Baton::Pause nothing;  // to give
+  InTurn([] {
+    InTurn([] {
+      const Baton::Pause pause;
+      EXPECT_FALSE(Baton::HeldHere());
+    });
+    EXPECT_TRUE(Baton::HeldHere());
+  });
+  EXPECT_FALSE(Baton::HeldHere());
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 #include "app/App.h"
+#include "app/FileTypes.h"
+#include "app/MenuBar1.h"
 #include "framework/EventLoop.h"
 #include "tests/headless/ProgramFixture.h"
 #include "windows/AboutWindow.h"
@@ -8,6 +10,10 @@
 namespace {
 
 class Windows : public ProgramFixture {};
+
+class Unfinished : public Window {
+  void Event_Open() override { throw NilObjectException(); }
+};
 
 std::string TextOf(const Ref<Label>& label) {
   return label->Text.Get().Utf8();
@@ -22,7 +28,9 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       EXPECT_EQ(first, Window2());
       EXPECT_EQ(first->Left, 130);
       EXPECT_EQ(first->Top, 70);
-      Window1()->UserResize(450, 800);
+      Window1()->UserResize(460, 800);
+      EXPECT_EQ(Window1()->ListBox2()->Width, 379 + 10);
+      EXPECT_EQ(Window1()->mountBtn()->Left, 336 + 10);
       EXPECT_EQ(Window1()->ListBox2()->Height, 134 + 520);
       EXPECT_EQ(Window1()->mountBtn()->Top, 226 + 520);
       first->staticTitle()->Text = "Mounting";
@@ -40,8 +48,11 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       Window2()->Close();  // makes one and ends it
       EXPECT_FALSE(_GetImplicitWindow("Window2.Window2"));
 
+      EXPECT_THROW(ImplicitWindow<Unfinished>("Unfinished"), NilObjectException);
+      EXPECT_EQ(Window::OpenOnes().size(), 1u);
+
       const auto information = Window3();
-      EXPECT_TRUE(information->Left == 100 + (450 - 720) / 2 && information->Top == 50 + (800 - 493) / 2);
+      EXPECT_TRUE(information->Left == 100 + (460 - 720) / 2 && information->Top == 50 + (800 - 493) / 2);
       information->infoFld()->UserEdit("typed");
       EXPECT_EQ(information->infoFld()->Text.Get().Utf8(), "typed");
       information->UserReturn();
@@ -57,9 +68,9 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
   // clang-format off
   const std::tuple<const char*, void (*)(class AboutWindow& about), std::vector<std::string>> cases[] = {
       {"web",         [](auto& about) { about.StaticText5()->UserMouseDown(1, 1); }, {"https://elsewhere.example/"}},  // its own text
-      {"mail",        [](auto& about) { about.StaticText6()->UserMouseDown(1, 1); }, {"mailto:contacts@dravik.example?subject=Dravik"}},
+      {"mail",        [](auto& about) { EXPECT_FALSE(about.StaticText6()->MouseDown(about.StaticText6(), 1, 1)); }, {"mailto:contacts@dravik.example?subject=Dravik"}},
       {"donation",    [](auto& about) { about.BevelButton1()->UserPress(); }, {"https://www.dravik.example/paypal.php?app=Dravik"}},
-      {"background",  [](auto& about) { about.UserMouseDown(3, 3); }, {}},
+      {"background",  [](auto& about) { EXPECT_FALSE(about.Event_MouseDown(3, 3)); }, {}},
       {"other label", [](auto& about) { about.StaticText1()->UserMouseDown(1, 1); }, {}},
       {"close box",   [](auto& about) { about.UserClose(); }, {}},
   };
@@ -75,10 +86,12 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
       const auto web = about->StaticText5(), mail = about->StaticText6();
       web->Text = "https://elsewhere.example/";
       mail->Text = "nobody";
-      web->UserMouseEnter();
-      EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 255) && web->Underline && !mail->Underline);
-      web->UserMouseExit();
-      EXPECT_TRUE(web->TextColor.Get() == RGB(0, 0, 0) && !web->Underline);
+      for (const auto& [link, other] : {std::pair{web, mail}, {mail, web}}) {
+        link->UserMouseEnter();
+        EXPECT_TRUE(link->TextColor.Get() == RGB(0, 0, 255) && link->Underline && !other->Underline);
+        link->UserMouseExit();
+        EXPECT_TRUE(link->TextColor.Get() == RGB(0, 0, 0) && !link->Underline);
+      }
       EventLoop::Deliver([&about, click = click] {
         about->UserReturn();
         EXPECT_TRUE(about->IsOpen());
@@ -92,9 +105,12 @@ TEST_F(Windows, AboutClosesAndThenOpensItsLinks) {
 }
 
 TEST_F(Windows, MenusEnableWhatCanBeDone) {
+  Ref<class MenuBar1> bar;
   RunProgram([&] {
+    bar = MenuBar1();
+    EXPECT_TRUE(FileTypes::pText);
     EXPECT_FALSE(Window1()->UntitledMenu0()->KeyboardShortcut);
-
+    Window1()->AppleAbout()->AutoEnable = Window1()->AppleAbout()->Enabled = false;
     for (const bool canEdit : {false, true}) {
       TheStage().canEdit = canEdit;
       for (const char* name : {"EditUndo", "EditCut", "EditCopy", "EditPaste", "EditClear"}) Choose(name);
@@ -103,11 +119,12 @@ TEST_F(Windows, MenusEnableWhatCanBeDone) {
       EXPECT_FALSE(Window1()->UntitledMenu0()->Enabled);
       EXPECT_EQ(TheStage().edits.size(), canEdit ? 5u : 0u);
     }
-    Choose("AppleAbout");
+    EXPECT_FALSE(App()->_AppleAbout_Action());
     EXPECT_TRUE(AboutWindow()->Handlers().Has("FileClose"));
     EXPECT_FALSE(AboutWindow()->Handlers().Run("FileClose"));
     EXPECT_TRUE(IsOpen("AboutWindow"));
   });
+  EXPECT_TRUE(bar != MenuBar1() && !FileTypes::pText) << "what is global outlives the run";
 }
 
 }  // namespace
