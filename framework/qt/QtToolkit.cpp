@@ -1,9 +1,9 @@
 #include "framework/qt/QtToolkit.h"
 
-#include <QDeadlineTimer>
 #include <QProcess>
 #include <QScreen>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
 #include <chrono>
@@ -59,13 +59,6 @@ void HandleQtMessage(QtMsgType type, const QMessageLogContext& context, const QS
   if (text.startsWith("The Wayland connection")) Application::DisplayHasGone();
 }
 
-/// An address that the desktop's opener cannot take for an option of its own.
-bool IsAddress(const QString& text) {
-  return !text.isEmpty() && !text.startsWith('-') && std::none_of(text.begin(), text.end(), [](QChar c) {
-    return c.unicode() < 0x20 || c.unicode() == 0x7F;
-  });
-}
-
 }  // namespace
 
 std::unique_ptr<Toolkit> Toolkit::Make(int& argc, char** argv) {
@@ -90,14 +83,9 @@ QtToolkit::QtToolkit(int& argc, char** argv)
   });
   QObject::connect(&program_, &QApplication::focusChanged, &program_,
                    [this](QWidget*, QWidget* now) { editedText_.FocusMoves(now); });
-  wakeTimer_.setSingleShot(true);
-  wakeTimer_.setTimerType(Qt::PreciseTimer);
-  QObject::connect(&wakeTimer_, &QTimer::timeout, &wakeTimer_, [this] { RunWoken(); });
 }
 
 QtToolkit::~QtToolkit() {
-  signals_.Close();
-  views_.clear();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
@@ -127,20 +115,17 @@ void QtToolkit::EndLoop() {
 void QtToolkit::Wake() {
   if (woken_.exchange(true)) return;
   QMetaObject::invokeMethod(
-      &wakeTimer_,
+      &program_,
       [this] {
-        const qint64 since = lastWoken_.isValid() ? lastWoken_.elapsed() : kWakeInterval;
-        if (since >= kWakeInterval)
-          RunWoken();
-        else
-          wakeTimer_.start(kWakeInterval - static_cast<int>(since));
+        const std::chrono::milliseconds rest(nextWake_.remainingTime());
+        QTimer::singleShot(rest, Qt::PreciseTimer, &program_, [this] { RunWoken(); });
       },
       Qt::QueuedConnection);
 }
 
 void QtToolkit::RunWoken() {
   woken_ = false;
-  lastWoken_.start();
+  nextWake_.setRemainingTime(kWakeInterval);
   EventLoop::RunPending();
 }
 
@@ -184,8 +169,8 @@ void QtToolkit::CopyApplicationBar(const Ref<MenuBar>& bar) {
 }
 
 WindowView* QtToolkit::Find(const Window* window) const {
-  const auto found = std::find_if(views_.begin(), views_.end(),
-                                  [&](const View& view) { return view->ShownWindow().Get() == window; });
+  const auto found =
+      std::ranges::find(views_, window, [](const View& view) { return view->ShownWindow().Get(); });
   return found == views_.end() ? nullptr : found->get();
 }
 
@@ -231,7 +216,6 @@ Area QtToolkit::ScreenArea() {
 
 void QtToolkit::OpenAddress(const String& address) {
   const QString text = QString::fromStdString(address.Utf8());
-  if (!IsAddress(text)) return;
   std::packaged_task<void()> open([text] { StartOpener(text); });
   const std::future<void> opened = open.get_future();
   try {

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QApplication>
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QPointer>
-#include <QTimer>
 #include <atomic>
 #include <memory>
 #include <vector>
@@ -64,8 +63,7 @@ class QtToolkit final : public Toolkit {
   bool ended_ = false;
 
   std::atomic<bool> woken_ = false;
-  QTimer wakeTimer_;
-  QElapsedTimer lastWoken_;
+  QDeadlineTimer nextWake_;  // the earliest
 
   std::vector<View> views_;  // in the order in which the windows were opened
   QPointer<WindowView> lastActive_;

@@ -1,10 +1,5 @@
 #pragma once
 
-#include <QSocketNotifier>
-#include <array>
-#include <csignal>
-#include <memory>
-
 #include "framework/Pipe.h"
 
 /// Quits the program the normal way on SIGTERM, and on SIGINT and SIGHUP unless the one who started it has it
@@ -15,16 +10,9 @@
 class SignalWatch {
  public:
   SignalWatch();
-  ~SignalWatch();
   /// From here on signals quit the program. Qt's application is there.
   void Listen();
-  /// Called before Qt's application goes.
-  void Close();
 
  private:
-  static constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
-
-  Pipe pipe_;
-  std::unique_ptr<QSocketNotifier> notifier_;
-  std::array<struct sigaction, kSignals.size()> former_{};
+  Pipe& pipe_;  // stays open: a signal may come until the process ends
 };

@@ -5,15 +5,15 @@ keyboard, over the sample disks. There is no window manager, so windows stand wh
     drive.py PROGRAM TOOL               TOOL is the diskutil of the sample disks
     drive.py --pictures PROGRAM TOOL    looks at the pictures alone, over many lists, tools, scales and both palettes
 
-What the program does is seen in the commands its tool gets, in the addresses its opener gets, in the windows that
-are there, in the pixels of its table and buttons, in its preferences file and in how it ends. On a walk through all
-windows each one is painted anew after every step, and must look as it did.
+What the program does is seen in what its tool and its opener are told, in its windows, its preferences and how it ends.
+On a walk through all windows each one is painted anew after every step, and must look as it did.
 """
 
 import itertools
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -25,10 +25,8 @@ from screen import PATIENCE, Screen, until
 SCAN, INFO, UNMOUNT, MOUNT = (77, 236), (169, 236), (284, 236), (376, 236)
 DISKS_TAB, SETTINGS_TAB = (45, 27), (120, 27)
 FIRST_ROW = (237, 86)  # where a column ends, which a press without a move is not meant for
-SHOW_UNMOUNT_BOX = (54, 130)
-MAIL_LINK, WEB_LINK = (190, 308), (190, 327)
-TABLE = (42, 80, 350, 124)
-UNMOUNT_BUTTON = (244, 226, 80, 20)
+SHOW_UNMOUNT_BOX, MAIL_LINK, WEB_LINK = (54, 130), (190, 308), (190, 327)
+TABLE, UNMOUNT_BUTTON = (42, 80, 350, 124), (244, 226, 80, 20)
 
 # The commands of a scan. The name of one sample volume has a "disk" in it, and the identifier begins there.
 A_SCAN = ["list", "info|disk0s2", "info|disk1s2", "info|disk1s3", "info|disk2s2", "info|disk2s3", "info|disk3s1",
@@ -53,9 +51,7 @@ esac
 # A desktop's settings with dark colours.
 DARK = "".join(f"[Colors:{part}]\nBackgroundNormal={back}\nForegroundNormal=230,230,230\n" for part, back in (
     ("Window", "40,44,48"), ("View", "27,30,32"), ("Button", "49,54,59"), ("Selection", "30,90,140")))
-OPENER = """#!/bin/sh
-printf '%s\\n' "$@" >>"$HOME/opened"
-"""
+OPENER = '#!/bin/sh\nprintf "%s\\n" "$@" >>"$HOME/opened"\n'
 
 
 class Program:
@@ -92,9 +88,6 @@ class Program:
 
         until("nothing moves", settled)
 
-    def status(self):
-        return self.process.wait(PATIENCE)
-
     def lines(self, name):
         path = self.home / name
         return path.read_text().splitlines() if path.exists() else []
@@ -106,10 +99,12 @@ class Program:
         assert got == list(expected), f"the tool got {got}"
         (self.home / "commands").unlink()
 
-    def expect_preferences(self, scan, feedback, unmount):
-        got = self.lines("Dravik.prefs")
+    def expect_end(self, status, scan, feedback, unmount):
+        ended, got = self.process.wait(PATIENCE), self.lines("Dravik.prefs")
+        assert ended == status, f"the program ended with {ended}"
         assert got == ["# Dravik's preferences version", "1.3", "# Scan on startup", scan, "# Show feedback window'",
                        feedback, "# Show unMount button'", unmount, "# EOF"], f"the preferences are {got}"
+        assert not any(os.path.exists(f"/proc/{tool}") for tool in self.lines("hanging")), "the tool outlives the program"
 
 
 def table_after_scan(screen, program, main):
@@ -187,8 +182,7 @@ def main_story(screen, program):
     links(screen, program, main)
     began = time.monotonic()
     screen.press(main, "ctrl+q")
-    assert program.status() == 0, "the program ended with a status"
-    program.expect_preferences("yes", "no", "yes")
+    program.expect_end(0, "yes", "no", "yes")
     return time.monotonic() - began
 
 
@@ -197,27 +191,30 @@ def quit_with_hung_tool(screen, program, usual):
     (program.home / "Dravik.prefs").write_text("# Any line\n1.3\n#\nYES\n#\nyes\n#\nno\n")
     program.start()
     main = until("the main window comes", lambda: screen.window(450, 280))
-    tool, = until("the tool hangs", lambda: program.lines("hanging"))
+    until("the tool hangs", lambda: program.lines("hanging"))
     until("the feedback window comes", lambda: screen.window(397, 102))
     began = time.monotonic()
     screen.close_button(main)
-    assert program.status() == 0, "the program ended with a status"
+    program.expect_end(0, "yes", "yes", "no")
     longer = time.monotonic() - began - usual
     assert longer < 1, f"quitting took {longer:.1f} s more with a tool that hangs"
-    program.expect_preferences("yes", "yes", "no")
-    assert not os.path.exists(f"/proc/{tool}"), "the tool outlives the program"
 
 
-def quit_as_the_display_goes(screen, program):
-    (program.home / "hang").touch()
+def quit_without_a_display(screen, program):
+    screen.server.send_signal(signal.SIGSTOP)  # it answers no more
     program.start()
-    tool, = until("the tool hangs", lambda: program.lines("hanging"))
-    until("the main window comes", lambda: screen.window(450, 280))
+    program.settle()
+    until("a second signal ends the program", lambda: program.process.terminate() or program.process.poll())
+    screen.server.send_signal(signal.SIGCONT)
+    program.expect_end(1, "yes", "yes", "no")
+    (program.home / "hanging").unlink()
+    program.start()
+    until("the tool hangs", lambda: program.lines("hanging"))
     (program.home / "Dravik.prefs").unlink()
     screen.server.terminate()
-    assert program.status() == 1, "the program ended with another status"
-    program.expect_preferences("yes", "yes", "no")
-    assert not os.path.exists(f"/proc/{tool}"), "the tool outlives the program"
+    program.expect_end(1, "yes", "yes", "no")
+    program.start()
+    program.expect_end(1, "yes", "yes", "no")
 
 
 def look_around(screen, program, rows, delay, dark):
@@ -229,6 +226,7 @@ def look_around(screen, program, rows, delay, dark):
                   **({"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"} if dark else {}))
     main = until("the main window comes", lambda: screen.window(450, 280))
     bar, = until("the windows stand", lambda: [main.top - found.top for found in screen.windows() if found.id == main.id])
+    program.process.send_signal(signal.SIGHUP)  # which it is to outlive
     faults = [screen.fault()]
     for place, *keys in ((FIRST_ROW,), (SCAN,), (FIRST_ROW, "End"), (FIRST_ROW,), (MOUNT,), (FIRST_ROW, "Down", "Down"),
                          (MOUNT,), (FIRST_ROW, "Down", "Down"), (UNMOUNT,), (INFO,), (SETTINGS_TAB,), (DISKS_TAB,)):
@@ -242,8 +240,8 @@ def look_around(screen, program, rows, delay, dark):
     for height in (500, 280):
         screen.xdotool("windowsize", main.id, main.width, bar + int(height * screen.scale))
         faults.append(screen.fault())
-    screen.press(main, "ctrl+q")
-    assert program.status() == 0, "the program ended with a status"
+    program.process.terminate()
+    program.expect_end(0, "yes", "yes", "yes")
     return faults
 
 
@@ -265,6 +263,7 @@ def run():
         print("skipped: there is no " + " and no ".join(missing))
         return 77
     with tempfile.TemporaryDirectory() as folder:
+        signal.signal(signal.SIGHUP, signal.SIG_IGN)  # as nohup does
         home = pathlib.Path(folder)
         screen = Screen(home)
         program = Program(*(os.path.abspath(path) for path in sys.argv[-2:]), home)
@@ -276,16 +275,15 @@ def run():
             usual = main_story(screen, program)
             look_at_pictures(screen, program, (1,), (False,), (4,), (0.004,))
             quit_with_hung_tool(screen, program, usual)
-            quit_as_the_display_goes(screen, program)
+            quit_without_a_display(screen, program)
         except AssertionError:
             print("commands not looked at yet:", program.lines("commands"), "windows:", screen.windows())
             raise
         finally:
-            if program.process and program.process.poll() is None:
-                program.process.kill()
-                program.process.wait()
-            screen.server.terminate()
-            screen.server.wait()
+            for process, last in ((screen.server, signal.SIGTERM), (program.process, signal.SIGKILL)):
+                process.send_signal(signal.SIGCONT)
+                process.send_signal(last)
+                process.wait()
     return 0
 
 
