@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <algorithm>
+#include <utility>
 
 #include "framework/qt/Conversions.h"
 #include "framework/qt/LabelView.h"
@@ -11,16 +12,14 @@
 void WindowContent::Copy() {
   const auto& controls = window_->Controls();
   views_.resize(controls.size());
-  bool made = false;
   for (std::size_t i = 0; i < controls.size(); ++i) {
     const Ref<Control>& control = controls[i];
     const bool stale = control->TakeStale();
     const bool isNew = !views_[i] && control->Visible;
     if (isNew) views_[i] = MakeView(control);
-    if (views_[i] && (stale || isNew)) views_[i]->Copy(OriginOf(*control));
-    made |= isNew;
+    if (views_[i] && stale) views_[i]->Copy(OriginOf(*control));
+    if (isNew) Arrange();
   }
-  if (made) Arrange();
 }
 
 ControlView* WindowContent::MakeView(const Ref<Control>& control) {
@@ -43,10 +42,9 @@ QPoint WindowContent::OriginOf(const Control& control) const {
 void WindowContent::Arrange() {
   for (ControlView* view : views_)
     if (view) view->Widget().raise();
-  if (tabs_) tabs_->FocusWidget().raise();
   QWidget* last = nullptr;
   for (ControlView* view : InTabOrder()) {
-    if (last) setTabOrder(last, &view->FocusWidget());
+    setTabOrder(last, &view->FocusWidget());
     last = &view->FocusWidget();
   }
 }
@@ -56,11 +54,8 @@ std::vector<ControlView*> WindowContent::InTabOrder() const {
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < views_.size(); ++i)
     if (views_[i]) order.push_back(i);
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    const Control& left = *controls[a];
-    const Control& right = *controls[b];
-    if (left.TabPanelIndex != right.TabPanelIndex) return left.TabPanelIndex < right.TabPanelIndex;
-    return left.TabIndex < right.TabIndex;
+  std::ranges::stable_sort(order, {}, [&](std::size_t i) {
+    return std::pair(controls[i]->TabPanelIndex.Get(), controls[i]->TabIndex.Get());
   });
   std::vector<ControlView*> views;
   for (const std::size_t i : order) views.push_back(views_[i]);
@@ -80,8 +75,7 @@ QString WindowContent::Words() const {
   std::vector<LabelView*> labels;
   for (ControlView* view : views_)
     if (auto* label = dynamic_cast<LabelView*>(view)) labels.push_back(label);
-  std::stable_sort(labels.begin(), labels.end(),
-                   [](const LabelView* a, const LabelView* b) { return a->y() < b->y(); });
+  std::ranges::stable_sort(labels, {}, [](const LabelView* label) { return label->y(); });
   QStringList words;
   for (const LabelView* label : labels) words += label->Whole();
   return words.join(' ').simplified();

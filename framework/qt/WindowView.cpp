@@ -62,13 +62,10 @@ void WindowView::Copy() {
 }
 
 void WindowView::CopyParts() {
-  copying_ = true;
   CopyTitle();
-  CopyColor();
   CopyGeometry();
   content_.Copy();
   CopyShown();
-  copying_ = false;
   const bool speaks = owner_ && isVisible() && testAttribute(Qt::WA_ShowWithoutActivating);
   if (speaks && SomebodyListens()) voice_.SayWords(*owner_, Words());
 }
@@ -81,19 +78,11 @@ void WindowView::CopyTitle() {
   if (title.isEmpty() && owner) SetAccessibleName(*this, owner->title());
 }
 
-void WindowView::CopyColor() {
-  QPalette own;
-  if (window_->HasBackColor) own.setColor(QPalette::Window, ToQColor(window_->BackColor));
-  setPalette(own);
-}
-
 void WindowView::CopyGeometry() {
-  if (bar_) bar_->setVisible(window_->MenuBarVisible);
   const int above = std::exchange(above_, BarHeight());
   CopyLimits();
   const QRect wanted(window_->Left, window_->Top, window_->Width, window_->Height);
   if (wanted == known_ && above == above_) return;
-  known_ = wanted;
   setGeometry(wanted.adjusted(0, -above_, 0, 0));
   PlaceParts();
 }
@@ -108,26 +97,23 @@ void WindowView::CopyLimits() {
 }
 
 void WindowView::CopyShown() {
-  if (window_->Visible && !isVisible()) {
+  if (!isVisible()) {
     // A window with nothing to type into or to press leaves the focus where it is, also where the window
     // manager would give it to every new one.
     QWidget* first = content_.FirstToType();
     setAttribute(Qt::WA_ShowWithoutActivating, !first);
     create();
     windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !first);
-    if (first && !focusWidget()) first->setFocus();
+    if (first) first->setFocus();
     show();
-  } else if (!window_->Visible && isVisible()) {
-    hide();
   }
-  if (shows_ == window_->Shows()) return;
-  shows_ = window_->Shows();
+  if (window_->Shows() == std::exchange(shows_, window_->Shows())) return;
   raise();
   if (!testAttribute(Qt::WA_ShowWithoutActivating)) activateWindow();
 }
 
 int WindowView::BarHeight() const {
-  if (!bar_ || bar_->isHidden() || bar_->isNativeMenuBar()) return 0;
+  if (!bar_ || bar_->isNativeMenuBar()) return 0;
   return std::max(bar_->sizeHint().height(), bar_->heightForWidth(window_->Width));
 }
 
@@ -140,17 +126,15 @@ QSize WindowView::ContentSize() const {
   return QSize(width(), height() - above_).expandedTo(least_).boundedTo(most_);
 }
 
+/// Later, as the size or place may be one that was asked for just now and could not be had.
 void WindowView::ReportGeometry() {
-  const QRect now(geometry().topLeft() + QPoint(0, above_), ContentSize());
-  if (now == known_ || !isVisible()) return;
-  if (copying_) {  // the size or place that was asked for could not be had
-    QTimer::singleShot(0, this, [this] { ReportGeometry(); });
-    return;
-  }
-  known_ = now;
-  EventLoop::Record([window = window_, now] {
-    window->UserMove(now.x(), now.y());
-    window->UserResize(now.width(), now.height());
+  QTimer::singleShot(0, this, [this] {
+    const QRect now(geometry().topLeft() + QPoint(0, above_), ContentSize());
+    if (now == std::exchange(known_, now)) return;
+    EventLoop::Record([window = window_, now] {
+      window->UserMove(now.x(), now.y());
+      window->UserResize(now.width(), now.height());
+    });
   });
 }
 
@@ -167,14 +151,11 @@ void WindowView::moveEvent(QMoveEvent*) {
 void WindowView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   ObeyCompositor(*this, *event);
-  const QEvent::Type type = event->type();
-  const bool isLook =
-      type == QEvent::FontChange || type == QEvent::PaletteChange || type == QEvent::StyleChange;
-  if (!isLook || copying_) return;
+  constexpr QEvent::Type kLooks[] = {QEvent::FontChange, QEvent::PaletteChange, QEvent::StyleChange};
+  if (std::ranges::find(kLooks, event->type()) == std::end(kLooks)) return;
   QTimer::singleShot(0, this, [this] {
     EventLoop::Record([window = window_] {
       for (const auto& control : window->Controls()) control->MarkStale();
-      window->MarkStale();
     });
   });
 }
@@ -182,10 +163,6 @@ void WindowView::changeEvent(QEvent* event) {
 void WindowView::closeEvent(QCloseEvent* event) {
   event->ignore();
   EventLoop::Deliver([window = window_] { window->UserClose(); });
-}
-
-void WindowView::hideEvent(QHideEvent*) {
-  painted_ = false;
 }
 
 void WindowView::paintEvent(QPaintEvent*) {

@@ -25,13 +25,12 @@ class WindowView final : public QWidget {
 
   /// Copies what has changed in the window and its controls.
   void Copy();
-  /// True when the first picture has been drawn since the window was shown.
+  /// True when the first picture has been drawn.
   bool Painted() const { return painted_; }
 
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
@@ -42,7 +41,6 @@ class WindowView final : public QWidget {
   void SetFlags(const WindowView* owner);
   void CopyParts();
   void CopyTitle();
-  void CopyColor();
   void CopyGeometry();
   void CopyLimits();
   void CopyShown();
@@ -62,7 +60,6 @@ class WindowView final : public QWidget {
   QSize most_;
   QRect known_;  // the content's place on the screen that both the window and this know of
   int shows_ = 0;
-  static inline bool copying_ = false;  // any of the windows
   bool painted_ = false;
   WindowVoice voice_;
 };
