@@ -10,14 +10,14 @@ void EditedSeams::Set(ShownText::Seams seams) {
 }
 
 void EditedSeams::Edit(int from, int removed, int added, const ShownText::Seams& newSeams) {
-  if (removed > 0) cuts_.push_back(Cut(from, removed));
+  cuts_.push_back(Cut(from, removed));
   Paste({from, added, newSeams});
 }
 
 /// Qt may undo several edits at once, and tells of them as of one.
 void EditedSeams::Undo(int from, int removed, int added) {
   Cut(from, removed);
-  while (added > 0 && !cuts_.empty() && cuts_.back().size <= added) {
+  while (!cuts_.empty() && cuts_.back().size <= added) {
     Paste(cuts_.back());
     added -= cuts_.back().size;
     cuts_.pop_back();
@@ -38,5 +38,5 @@ void EditedSeams::Paste(const Piece& piece) {
   auto seam = std::ranges::lower_bound(seams_, piece.from, {}, &ShownText::Seam::at);
   for (auto behind = seam; behind != seams_.end(); ++behind) behind->at += piece.size;
   seam = seams_.insert(seam, piece.seams.begin(), piece.seams.end());
-  for (std::size_t i = 0; i < piece.seams.size(); ++i) (seam++)->at += piece.from;
+  for (auto end = seam + std::ssize(piece.seams); seam != end; ++seam) seam->at += piece.from;
 }

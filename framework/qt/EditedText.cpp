@@ -4,8 +4,7 @@
 
 void EditedText::FocusMoves(QWidget* to) {
   auto* text = qobject_cast<QPlainTextEdit*>(to);
-  if (!text) return;
-  std::erase_if(texts_, [&](const auto& other) { return !other || other == text; });
+  std::erase(texts_, text);  // a nullptr takes those that have gone
   texts_.insert(texts_.begin(), text);
 }
 

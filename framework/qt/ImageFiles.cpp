@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QImageReader>
 #include <memory>
-#include <utility>
 
 #include "framework/Folders.h"
 
@@ -21,14 +20,10 @@ QIcon InstalledIcon() {
 PictureRef ReadImage(const std::string& path) {
   constexpr int kLargest = 4096;  // pixels on a side
   QImageReader reader(QString::fromLocal8Bit(path.c_str()));
-  const QSize size = reader.size();
-  if (size.isEmpty() || size.width() > kLargest || size.height() > kLargest) return nullptr;
+  if (const QSize size = reader.size(); size != size.boundedTo({kLargest, kLargest})) return nullptr;
   const QImage image = reader.read().convertToFormat(QImage::Format_ARGB32);
   if (image.isNull()) return nullptr;
-  Picture picture{image.width(), image.height(), {}};
-  for (int y = 0; y < image.height(); ++y) {
-    const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    picture.pixels.insert(picture.pixels.end(), line, line + image.width());
-  }
-  return std::make_shared<Picture>(std::move(picture));
+  const auto* pixels = reinterpret_cast<const QRgb*>(image.constBits());
+  return std::make_shared<Picture>(
+      Picture{image.width(), image.height(), {pixels, pixels + image.width() * image.height()}});
 }

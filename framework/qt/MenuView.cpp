@@ -2,6 +2,8 @@
 
 #include <QKeySequence>
 #include <QMenu>
+#include <algorithm>
+#include <utility>
 
 #include "framework/Menus.h"
 #include "framework/QuitMenuItem.h"
@@ -11,16 +13,14 @@ namespace {
 
 /// "Cmd+Q" as Qt writes it: its "Ctrl" is the Mac's command key.
 QKeySequence ToKeySequence(const std::optional<String>& shortcut) {
-  if (!shortcut || shortcut->Empty()) return {};
-  return QKeySequence::fromString(OneLine(*shortcut).replace("Cmd+", "Ctrl+", Qt::CaseInsensitive),
-                                  QKeySequence::PortableText);
+  return QKeySequence::fromString(OneLine(shortcut.value_or("")).replace("Cmd+", "Ctrl+"));
 }
 
 /// A text control that has the focus hears these itself; elsewhere nobody means a text by them.
 bool BelongsToTexts(const QKeySequence& shortcut) {
-  for (const auto key : {QKeySequence::Undo, QKeySequence::Cut, QKeySequence::Copy, QKeySequence::Paste})
-    if (QKeySequence::keyBindings(key).contains(shortcut)) return true;
-  return false;
+  const auto keys = {QKeySequence::Undo, QKeySequence::Cut, QKeySequence::Copy, QKeySequence::Paste};
+  return std::ranges::any_of(keys,
+                             [&](auto key) { return QKeySequence::keyBindings(key).contains(shortcut); });
 }
 
 QAction::MenuRole RoleOf(const Ref<MenuItem>& item) {
@@ -40,22 +40,12 @@ void MenuView::AddMenu(QMenuBar& bar, const Ref<MenuItem>& menu) {
   QMenu* shown = bar.addMenu(QString());
   entries_.push_back({menu, shown->menuAction()});
   QObject::connect(shown, &QMenu::aboutToShow, shown, [front = front_] { Menus::Refresh(front()); });
-  AddItems(*shown, *menu);
-}
-
-void MenuView::AddItems(QMenu& menu, const MenuItem& parent) {
-  for (const auto& item : parent.Children()) AddItem(menu, item);
+  for (const auto& item : menu->Children()) AddItem(*shown, item);
 }
 
 void MenuView::AddItem(QMenu& menu, const Ref<MenuItem>& item) {
   if (item->IsSeparator()) {
     menu.addSeparator();
-    return;
-  }
-  if (!item->Children().empty()) {
-    QMenu* below = menu.addMenu(QString());
-    entries_.push_back({item, below->menuAction()});
-    AddItems(*below, *item);
     return;
   }
   QAction* action = menu.addAction(QString());

@@ -38,7 +38,6 @@ class MenuView {
   };
 
   void AddMenu(QMenuBar& bar, const Ref<MenuItem>& menu);
-  void AddItems(QMenu& menu, const MenuItem& parent);
   void AddItem(QMenu& menu, const Ref<MenuItem>& item);
 
   Front front_;

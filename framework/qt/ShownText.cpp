@@ -34,7 +34,6 @@ constexpr StandIns kStandIns[] = {
 };
 
 const StandIns* StandInsFor(char32_t c) {
-  if (c >= ' ' && c < 0x7F) return nullptr;
   for (const StandIns& known : kStandIns)
     if (c >= known.first && c <= known.last) return &known;
   return nullptr;
@@ -92,7 +91,6 @@ template <class Text>
 void ShownText::Build(Text text) {
   const bool isLong = text.size() >= kLongText;
   std::u16string shown;
-  shown.reserve(text.size() + text.size() / (kLongLine - kLookBack) + 1);
   std::size_t paragraph = 0;  // where it begins
   std::size_t line = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -122,7 +120,6 @@ void ShownText::Build(Text text) {
 
 std::string ShownText::Bytes(QStringView characters, int start, const Seams& seams) {
   std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(characters.size()));
   auto seam = std::ranges::lower_bound(seams, start, {}, &Seam::at);
   for (qsizetype i = 0; i < characters.size(); ++i) {
     const QChar c = characters[i];

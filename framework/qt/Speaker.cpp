@@ -34,7 +34,7 @@ class Speaker final : public QObject, public QAccessible::ActivationObserver {
   void accessibilityActiveChanged(bool active) override {
     listening_ = active;
     connected_ = false;
-    if (!active || !Starting()) kept_.clear();  // it has long been over
+    if (!Starting()) kept_.clear();  // it has long been over
     if (active) QTimer::singleShot(kConnectTime, this, &Speaker::SayKept);
   }
 
@@ -49,7 +49,7 @@ class Speaker final : public QObject, public QAccessible::ActivationObserver {
   void SayKept() {
     connected_ = listening_;
     for (const Kept& kept : std::exchange(kept_, {}))
-      if (kept.window && connected_) new Notice(*kept.window, kept.text);
+      if (kept.window) new Notice(*kept.window, kept.text);
   }
 
   QElapsedTimer sinceStart_;
