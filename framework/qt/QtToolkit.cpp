@@ -216,6 +216,7 @@ Area QtToolkit::ScreenArea() {
 
 void QtToolkit::OpenAddress(const String& address) {
   const QString text = QString::fromStdString(address.Utf8());
+  if (text.startsWith('-')) return;  // which the desktop's opener would take for an option of its own
   std::packaged_task<void()> open([text] { StartOpener(text); });
   const std::future<void> opened = open.get_future();
   try {

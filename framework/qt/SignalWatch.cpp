@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
@@ -18,7 +19,9 @@ volatile std::sig_atomic_t kept = 0;
 void Pass(int) {
   if (!listening && kept) std::_Exit(EXIT_FAILURE);
   kept = 1;
+  const int error = errno;  // of whatever the signal has interrupted
   [[maybe_unused]] const auto written = write(writeEnd, "s", 1);
+  errno = error;
 }
 
 Pipe& ThePipe() {
@@ -29,6 +32,7 @@ Pipe& ThePipe() {
 }  // namespace
 
 SignalWatch::SignalWatch() : pipe_(ThePipe()) {
+  if (pipe_.WriteFd() < 0) return;  // signals end the process then, as they do without us
   writeEnd = pipe_.WriteFd();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP})
     if (std::signal(signal, Pass) == SIG_IGN) std::signal(signal, SIG_IGN);
