@@ -50,6 +50,7 @@ void TabPanelView::MakePages() {
     pages_.push_back(new TabPage(this));
     pages_.back()->setAccessibleName(OneLine(caption));
   }
+  bar_.raise();  // the pages are as large as the whole
 }
 
 void TabPanelView::ShowPages() {
