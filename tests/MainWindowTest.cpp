@@ -176,26 +176,6 @@ TEST_F(MainWindow, AScanDuringAScanIsRefusedAndTearsNothing) {
   });
 }
 
-TEST_F(MainWindow, ADisplayThatGoesEndsTheProgramWithItsSettingsSaved) {
-  for (const bool onMain : {true, false}) {
-    WritePrefs(false, false, true);
-    Write("info.held", "");
-    Remove("pid");
-    EXPECT_EXIT(RunProgram([&] {
-                  Press("scanButton");
-                  EXPECT_TRUE(WaitForTool());
-                  if (onMain) Application::DisplayHasGone();
-                  std::filesystem::remove(PrefsFile());
-                  std::filesystem::create_directory(PrefsFile());  // which cannot be written to
-                  std::thread(Application::DisplayHasGone).detach();
-                  PumpUntil([] { return false; });
-                }),
-                testing::ExitedWithCode(EXIT_FAILURE), onMain ? "" : "NilObjectException was not handled");
-    EXPECT_FALSE(ToolRuns());
-    EXPECT_TRUE(!onMain || ReadPrefs().ends_with("\n# EOF\n"));
-  }
-}
-
 TEST_F(MainWindow, AQuitFromOutsideLeavesACommandOfTheUserToItsEnd) {
   WritePrefs(false, false, true);
   Write("unMount.held", "");

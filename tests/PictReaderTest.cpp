@@ -68,14 +68,7 @@ TEST(PictReader, ReadsEveryWayOfStoringPixels) {
   const Case cases[] = {
       {"bits, unpacked", 0x90, 2, bitMap, 0, 1, {0x40, 0}, {0xFFFFFFFF, 0xFF000000}},
       {"bits, too short to be packed", 0x98, 2, bitMap, 0, 1, {0x80, 0}, {0xFF000000, 0xFFFFFFFF}},
-      {"bits, packed, in a region",
-       0x99,
-       8,
-       bitMap,
-       0,
-       1,
-       {5, 0x80, 0, 0x80, 0xFA, 0},
-       {0xFF000000, 0xFFFFFFFF}},
+      {"bits, in a region", 0x99, 8, bitMap, 0, 1, {5, 0x80, 0, 0x80, 0xFA, 0}, {0xFF000000, 0xFFFFFFFF}},
       {"table, unpacked", 0x90, 8, 8, 0, 1, {9, 7, 0, 0, 0, 0, 0, 0}, {0xFF0000FF, 0xFFFF8000}},
       {"table, packed", 0x98, 8, 8, 0, 1, {6, 1, 7, 9, 0x80, 0xFB, 0}, {0xFFFF8000, 0xFF0000FF}},
       {"16 bits", 0x9A, 4, 16, 1, 3, {0x7C, 0, 0, 0x10}, {0xFFFF0000, 0xFF000084}},
@@ -127,13 +120,7 @@ std::string Disturbed(const File& file) {
 
 TEST(PictReader, TakesEachByteForWhatItIs) {
   File file(2, 1);
-  const std::string header =
-      "========"
-      "xxxxxx"
-      "~~"
-      "=========="
-      "xxxxx~x~"
-      "====";  // frame, version, kind, ..., frame
+  const std::string header = "========xxxxxx~~==========xxxxx~x~====";  // frame, version, kind, ..., frame
   EXPECT_EQ(Disturbed(TwoPixels(file = File(2, 1), 0x98, 8, bitMap, 0, 1).Raw({4, 0, 0x80, 0xFA, 0})),
             header + "xxxxxxxxxxxxxxxxxxxxxxxxx=x~==xx~x==xx");
   EXPECT_EQ(Disturbed(TwoPixels(file = File(2, 1), 0x98, 8, 8, 0, 1).Raw({6, 1, 7, 9, 0x80, 0xFB, 0})),

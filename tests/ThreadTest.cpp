@@ -89,16 +89,4 @@ TEST_F(ThreadTest, StopsItselfAtItsNextYieldPointOnly) {
   EXPECT_TRUE(Ends() && passed);
 }
 
-TEST_F(ThreadTest, APauseGivesAllTurnsAwayAndTakesThemBack) {
-  const Baton::Pause nothing;  // to give
-  InTurn([] {
-    InTurn([] {
-      const Baton::Pause pause;
-      EXPECT_FALSE(Baton::HeldHere());
-    });
-    EXPECT_TRUE(Baton::HeldHere());
-  });
-  EXPECT_FALSE(Baton::HeldHere());
-}
-
 }  // namespace

@@ -19,7 +19,8 @@ import sys
 import tempfile
 import time
 
-from screen import PATIENCE, Screen, until
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
+from screen import PATIENCE, Screen, until  # noqa: E402
 
 # Places in the content of a window, and parts of it as left, top, width and height; in pixels.
 SCAN, INFO, UNMOUNT, MOUNT = (77, 236), (169, 236), (284, 236), (376, 236)
@@ -70,7 +71,14 @@ class Program:
         os.environ.pop("WAYLAND_DISPLAY", None)
 
     def start(self, **environment):
-        self.process = subprocess.Popen([self.program], cwd=self.home, env={**os.environ, **environment})
+        self.process = subprocess.Popen([self.program], cwd=self.home, env={**os.environ, **environment},
+                                        preexec_fn=self.leave_odd_things_behind)
+
+    @staticmethod
+    def leave_odd_things_behind():
+        """A parent may ignore SIGCHLD and close standard input, and both survive `exec`."""
+        signal.signal(signal.SIGCHLD, signal.SIG_IGN)
+        os.close(0)
 
     def settle(self):
         """Returns when the program has long been asleep, with no command under way but one that hangs."""
