@@ -20,7 +20,7 @@ struct Printed {
 };
 
 Printed Run(const std::vector<std::string>& command) {
-  ChildProcess child(Launch::Now(command, ""));
+  ChildProcess child(Launch::OnThisThread(command, ""));
   while (child.Advance()) {
     pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}};
     poll(fds, 2, child.Patience());

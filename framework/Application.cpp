@@ -89,7 +89,7 @@ void Application::Start(int& argc, char** argv) {
   TheRun().mainThread = std::this_thread::get_id();
   EventLoop::Start(Toolkit::Make(argc, argv),
                    [] { return Current() ? Current()->MenuBar : Ref<::MenuBar>(); });
-  FolderItem::ReadOtherPicturesBy(
+  FolderItem::InstallPictureReader(
       [](const std::string& path) { return EventLoop::Toolkit()->ReadPicture(path); });
 }
 
@@ -106,8 +106,8 @@ void Application::RunFrameworkInitialization(void (*lateStartup)()) {
   EventLoop::EndEvent();
   // With the baton still here: the picture of a window comes before the work of a thread that it has started.
   std::size_t presented = 0;  // no loop over the list itself, which changes when a handler runs meanwhile
-  while (presented < Window::OpenOnes().size())
-    Screen::Current().Present(*Ref<Window>(Window::OpenOnes()[presented++]));
+  while (presented < Window::OpenWindows().size())
+    Screen::Installed().Present(*Ref<Window>(Window::OpenWindows()[presented++]));
 }
 
 void Application::RunEventLoop() {
@@ -118,8 +118,8 @@ void Application::RunEventLoop() {
   Thread::EndAll();
 
   const Baton::Turn turn;
-  while (!Window::OpenOnes().empty()) {
-    const Ref<Window> last = Window::OpenOnes().back();
+  while (!Window::OpenWindows().empty()) {
+    const Ref<Window> last = Window::OpenWindows().back();
     EventLoop::RunHandler(
         [&] { last->Close(); });  // which also takes out one whose close event raises something
   }

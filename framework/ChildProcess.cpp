@@ -31,7 +31,7 @@ long long Now() {
 }
 
 /// Makes room for larger pieces, so that a flood takes fewer turns between the command and us.
-void Widen([[maybe_unused]] int outputFd) {
+void EnlargePipe([[maybe_unused]] int outputFd) {
 #ifdef F_SETPIPE_SZ
   constexpr int kWide = 1024 * 1024;  // bytes, which any user may ask for
   fcntl(outputFd, F_SETPIPE_SZ, kWide);
@@ -39,7 +39,7 @@ void Widen([[maybe_unused]] int outputFd) {
 }
 
 /// Frees a part of the file that has been read, so that a flood is not in memory twice.
-void GiveBack([[maybe_unused]] int file, [[maybe_unused]] off_t begin, [[maybe_unused]] off_t end) {
+void FreeFileRange([[maybe_unused]] int file, [[maybe_unused]] off_t begin, [[maybe_unused]] off_t end) {
 #ifdef FALLOC_FL_PUNCH_HOLE
   fallocate(file, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, begin, end - begin);
 #endif
@@ -55,8 +55,8 @@ Descriptor OpenExitFd([[maybe_unused]] pid_t pid) {
 
 }  // namespace
 
-bool ChildProcess::Started() {
-  auto outcome = launch_->Take();
+bool ChildProcess::AdoptLaunched() {
+  auto outcome = launch_->TakeOutcome();
   if (!outcome) return false;
   launch_.reset();
   Adopt(std::move(*outcome));
@@ -72,7 +72,7 @@ void ChildProcess::Adopt(Launch::Outcome started) {
 }
 
 bool ChildProcess::Advance() {
-  if (launch_ && !Started()) return true;
+  if (launch_ && !AdoptLaunched()) return true;
   if (output_) Read();
   if (pid_ >= 0 && Reap()) {
     outputDeadline_ = Now() + kGrace;
@@ -85,7 +85,7 @@ bool ChildProcess::Advance() {
   return static_cast<bool>(output_);
 }
 
-int ChildProcess::Patience() const {
+int ChildProcess::Timeout() const {
   if (launch_) return launch_->DoneFd() >= 0 ? -1 : 0;
   if (more_) return 0;
   if (pid_ >= 0) return !exit_ ? kPollTick : outlet_ == Outlet::kFile ? kFileTick : -1;
@@ -107,19 +107,19 @@ void ChildProcess::Read() {
     if (got < 0 && errno == EAGAIN) return;
     if (got < 0) {
       std::fprintf(stderr, "The output of a command was lost: %s\n", std::strerror(errno));
-      lost_ = true;
+      outputLost_ = true;
     }
     if (got <= 0) {
-      if (!fromFile || lost_) output_.Close();
+      if (!fromFile || outputLost_) output_.Close();
       return;
     }
     const std::size_t old = text_.Size();
     text_.Add(std::min(static_cast<std::size_t>(got), kOutputLimit - old));
     taken_ += got;
-    if (!fromFile && old < kReadSize && text_.Size() >= kReadSize) Widen(output_.Fd());
+    if (!fromFile && old < kReadSize && text_.Size() >= kReadSize) EnlargePipe(output_.Fd());
   }
   more_ = fromFile;
-  if (more_) GiveBack(output_.Fd(), from, taken_);
+  if (more_) FreeFileRange(output_.Fd(), from, taken_);
 }
 
 /// What the command has left behind, and which may still print.

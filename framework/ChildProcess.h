@@ -18,7 +18,7 @@
 /// descriptor. The object never blocks but in `Terminate`, for a bounded time.
 class ChildProcess {
  public:
-  /// A command that `Launch::Now` has started. Where it did not, the process has ended, with its status.
+  /// A command that `Launch::OnThisThread` has started. Where it did not, the process has ended, with its status.
   explicit ChildProcess(Launch::Outcome started) { Adopt(std::move(started)); }
   /// Starts the words as `Launch` says. Where that fails, the process has ended, with one of its statuses.
   ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder)
@@ -39,19 +39,19 @@ class ChildProcess {
   bool Advance();
 
   /// Milliseconds after which `Advance` wants to be called even if no descriptor is readable; -1 for never.
-  int Patience() const;
+  int Timeout() const;
 
   /// Ends a child that has been started with its whole group: asks first, forces it after a moment, and reaps
   /// it.
   void Terminate();
 
   /// 0 to 255 as exited, 128 + n when ended by signal n.
-  int Status() const { return lost_ && status_ == 0 ? Launch::kCannotRun : status_; }
+  int Status() const { return outputLost_ && status_ == 0 ? Launch::kCannotRun : status_; }
   /// All that was printed so far.
   ByteBuffer TakeOutput() { return std::exchange(text_, ByteBuffer()); }
 
  private:
-  bool Started();
+  bool AdoptLaunched();
   void Adopt(Launch::Outcome started);
   void Read();
   bool GroupLives() const;
@@ -70,6 +70,6 @@ class ChildProcess {
   Descriptor exit_;
   ByteBuffer text_;
   int status_ = Launch::kNotFound;
-  bool lost_ = false;             // some of the output
+  bool outputLost_ = false;             // some of the output
   long long outputDeadline_ = 0;  // monotonic milliseconds, set when the child has been reaped
 };

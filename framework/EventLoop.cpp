@@ -191,7 +191,7 @@ void EventLoop::UpdateScreen() {
     ~Updating() { on = false; }
   } updating(loop.updating);
   while (std::exchange(loop.stale, false))
-    loop.toolkit->Update(Window::OpenOnes(), loop.applicationBar ? loop.applicationBar() : nullptr);
+    loop.toolkit->Update(Window::OpenWindows(), loop.applicationBar ? loop.applicationBar() : nullptr);
 }
 
 ::Toolkit* EventLoop::Toolkit() {

@@ -28,7 +28,7 @@ Descriptor OpenRegular(const std::string& path, int flags) {
 }
 
 /// All bytes of a file that is not larger than that; none when one of them cannot be read.
-std::string Bytes(const std::string& path, std::size_t largest) {
+std::string ReadFile(const std::string& path, std::size_t largest) {
   constexpr std::size_t kReadSize = 64 * 1024;
   const Descriptor file = OpenRegular(path, O_RDONLY);
   std::string bytes;
@@ -54,7 +54,7 @@ FolderItem::PictureReader readOtherPicture = [](const std::string&) { return Pic
 
 }  // namespace
 
-void FolderItem::ReadOtherPicturesBy(PictureReader reader) {
+void FolderItem::InstallPictureReader(PictureReader reader) {
   readOtherPicture = std::move(reader);
 }
 
@@ -80,7 +80,7 @@ Ref<TextOutputStream> FolderItem::CreateTextFile() const {
 
 PictureRef FolderItem::OpenAsPicture() const {
   if (fs::path(path_).extension() == ".pct") {
-    const std::string bytes = Bytes(path_, kLargestPicture);
+    const std::string bytes = ReadFile(path_, kLargestPicture);
     auto picture = ReadPict(std::as_bytes(std::span(bytes)));
     return picture ? std::make_shared<const Picture>(std::move(*picture)) : nullptr;
   }

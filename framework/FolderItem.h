@@ -29,7 +29,7 @@ class FolderItem : public Object {
   /// What reads picture files of formats the framework does not read by itself, and gives nil for those it
   /// cannot read. Without one there are no such pictures.
   using PictureReader = std::function<PictureRef(const std::string& path)>;
-  static void ReadOtherPicturesBy(PictureReader reader);
+  static void InstallPictureReader(PictureReader reader);
 
  private:
   std::string path_;

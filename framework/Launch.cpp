@@ -143,12 +143,12 @@ struct Launch::Job {
   Pipe done;
 
   std::mutex mutex;  // guards what follows
-  bool left = false;
+  bool abandoned = false;
   std::optional<Outcome> outcome;
 
-  bool Left() {
+  bool IsAbandoned() {
     const std::lock_guard lock(mutex);
-    return left;
+    return abandoned;
   }
   Outcome Fail(int status, int error) const { return Fail(status, error, words.front().c_str()); }
   Outcome Fail(int status, int error, const char* culprit) const {
@@ -177,14 +177,14 @@ Launch::Outcome Launch::Job::Start() {
   }
   const Descriptor input(open("/dev/null", O_RDONLY | O_CLOEXEC));
   if (!input) return Fail(kCannotRun, errno, "/dev/null");
-  if (Left()) return {};
+  if (IsAbandoned()) return {};
   const int outputFd = started.outlet == Outlet::kFile ? started.output.Fd() : pipe.WriteFd();
   if (const int error = SpawnPlan(input.Fd(), outputFd).Spawn(started.pid, command.path, words); error != 0)
     return Fail(kCannotRun, error);
   return started;
 }
 
-Launch::Outcome Launch::Now(const std::vector<std::string>& words, const std::string& toolFolder) {
+Launch::Outcome Launch::OnThisThread(const std::vector<std::string>& words, const std::string& toolFolder) {
   Job job(words, toolFolder, Outlet::kPipe);
   Run(job);
   return std::move(*job.outcome);
@@ -206,7 +206,7 @@ Launch::Launch(const std::vector<std::string>& words, const std::string& toolFol
 
 Launch::~Launch() {
   const std::lock_guard lock(job_->mutex);
-  job_->left = true;
+  job_->abandoned = true;
 }
 
 void Launch::Run(Job& job) {
@@ -217,7 +217,7 @@ void Launch::Run(Job& job) {
     outcome = job.Fail(kCannotRun, ENOMEM);
   }
   const std::lock_guard lock(job.mutex);
-  if (job.left && outcome.pid >= 0 && outcome.outlet == Outlet::kPipe) kill(-outcome.pid, SIGTERM);
+  if (job.abandoned && outcome.pid >= 0 && outcome.outlet == Outlet::kPipe) kill(-outcome.pid, SIGTERM);
   job.outcome = std::move(outcome);
   job.done.CloseWriteEnd();  // which cannot fail, and whoever waits sees the end
 }
@@ -227,7 +227,7 @@ int Launch::DoneFd() const {
   return job_->outcome ? -1 : job_->done.ReadFd();
 }
 
-std::optional<Launch::Outcome> Launch::Take() {
+std::optional<Launch::Outcome> Launch::TakeOutcome() {
   const std::lock_guard lock(job_->mutex);
   return std::exchange(job_->outcome, std::nullopt);
 }

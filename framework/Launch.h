@@ -35,7 +35,7 @@ class Launch {
 
   /// Looks the first word up in the absolute folders of PATH, last in `toolFolder`, and starts the words on
   /// this thread, to print into a pipe. Returns when that is done, if ever.
-  static Outcome Now(const std::vector<std::string>& words, const std::string& toolFolder);
+  static Outcome OnThisThread(const std::vector<std::string>& words, const std::string& toolFolder);
 
   /// The same on another thread, to print into a file where one can be had.
   Launch(const std::vector<std::string>& words, const std::string& toolFolder);
@@ -47,7 +47,7 @@ class Launch {
   /// Readable once there is an outcome; -1 where there is one already.
   int DoneFd() const;
   /// The outcome, once there is one.
-  std::optional<Outcome> Take();
+  std::optional<Outcome> TakeOutcome();
 
  private:
   struct Job;

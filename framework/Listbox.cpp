@@ -13,7 +13,7 @@ void Listbox::AddRow(const String& text) {
   Row row(static_cast<std::size_t>(std::max<int>(ColumnCount, 1)));
   row[0].text = text;
   rows_.Append(std::move(row));
-  Stale(ListCount() - 1);
+  MarkRowStale(ListCount() - 1);
 }
 
 void Listbox::RemoveRow(int row) {
@@ -38,19 +38,19 @@ void Listbox::DeleteAllRows() {
 }
 
 void Listbox::Cell(int row, int column, const String& text) {
-  if (CellData* cell = Writable(row, column)) cell->text = text;
+  if (CellData* cell = CellToChange(row, column)) cell->text = text;
 }
 
 void Listbox::CellBold(int row, int column, bool bold) {
-  if (CellData* cell = Writable(row, column)) cell->bold = bold;
+  if (CellData* cell = CellToChange(row, column)) cell->bold = bold;
 }
 
 void Listbox::CellItalic(int row, int column, bool italic) {
-  if (CellData* cell = Writable(row, column)) cell->italic = italic;
+  if (CellData* cell = CellToChange(row, column)) cell->italic = italic;
 }
 
 void Listbox::CellAlignment(int row, int column, int alignment) {
-  if (CellData* cell = Writable(row, column)) cell->alignment = alignment;
+  if (CellData* cell = CellToChange(row, column)) cell->alignment = alignment;
 }
 
 void Listbox::ListIndex(int row) {
@@ -86,15 +86,15 @@ const Listbox::CellData& Listbox::At(int row, int column) const {
   return cells[static_cast<std::size_t>(column)];
 }
 
-Listbox::CellData* Listbox::Writable(int row, int column) {
+Listbox::CellData* Listbox::CellToChange(int row, int column) {
   if (row < 0 || row >= ListCount()) return nullptr;
   Row& cells = rows_[static_cast<std::size_t>(row)];
   if (column < 0 || column >= static_cast<int>(cells.size())) return nullptr;
-  Stale(row);
+  MarkRowStale(row);
   return &cells[static_cast<std::size_t>(column)];
 }
 
-void Listbox::Stale(int row) {
+void Listbox::MarkRowStale(int row) {
   if (changes_.firstStale == changes_.endStale) {
     changes_.firstStale = row;
     changes_.endStale = row + 1;

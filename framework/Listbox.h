@@ -104,8 +104,8 @@ class Listbox : public TextControl {
 
  private:
   const CellData& At(int row, int column) const;
-  CellData* Writable(int row, int column);
-  void Stale(int row);
+  CellData* CellToChange(int row, int column);
+  void MarkRowStale(int row);
 
   GapBuffer<Row> rows_;
   int listIndex_ = -1;

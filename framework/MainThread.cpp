@@ -19,7 +19,7 @@ MainThread* current = &justWaits;
 
 }  // namespace
 
-MainThread& MainThread::Current() {
+MainThread& MainThread::Installed() {
   return *current;
 }
 

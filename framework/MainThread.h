@@ -15,7 +15,7 @@ class MainThread {
   virtual void ThreadHasChanged() {}
 
   /// The one that was handed in; before that one that just waits.
-  static MainThread& Current();
+  static MainThread& Installed();
   static void Install(MainThread& mainThread);
 
  protected:

@@ -3,7 +3,7 @@
 #include "framework/Screen.h"
 
 void MenuItem::MarkStale() {
-  Screen::Current().MarkOutOfDate();
+  Screen::Installed().MarkOutOfDate();
 }
 
 Ref<MenuItem> MenuItem::Child(const String& name) const {

@@ -9,7 +9,7 @@ Screen* current = &none;
 
 }  // namespace
 
-Screen& Screen::Current() {
+Screen& Screen::Installed() {
   return *current;
 }
 

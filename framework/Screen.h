@@ -19,7 +19,7 @@ class Screen {
   virtual Area Usable() { return {}; }
 
   /// The one that was handed in; before that one that shows nothing.
-  static Screen& Current();
+  static Screen& Installed();
   static void Install(Screen& screen);
 
  protected:

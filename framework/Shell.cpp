@@ -30,7 +30,7 @@ std::vector<std::string> CutAtBlanks(const std::string& line) {
 
 Launch::Outcome Start(const std::vector<std::string>& words, Thread& thread) {
   const Thread::Absence absence(thread);  // for as long as a folder hangs
-  Launch::Outcome started = Launch::Now(words, ToolFolder());
+  Launch::Outcome started = Launch::OnThisThread(words, ToolFolder());
   if (thread.Killed() && started.pid >= 0) kill(-started.pid, SIGTERM);  // we may not come back to it
   return started;
 }
@@ -43,7 +43,7 @@ Shell::Outcome RunOnThread(const std::vector<std::string>& words, Thread& thread
     while (child.Advance() && !thread.Killed()) {
       pollfd fds[] = {
           {child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}, {thread.KillFd(), POLLIN, 0}};
-      poll(fds, 3, child.Patience());
+      poll(fds, 3, child.Timeout());
     }
   } catch (const std::bad_alloc&) {
     child.Terminate();
@@ -57,11 +57,11 @@ Shell::Outcome RunOnThread(const std::vector<std::string>& words, Thread& thread
 /// The main thread keeps the baton: the handler that waits here runs to its end before any other code. Its
 /// command changes something, and goes on when we have to leave.
 Shell::Outcome RunOnMain(const std::vector<std::string>& words) {
-  MainThread::Current().LeaveWhenQuitting();
+  MainThread::Installed().LeaveWhenQuitting();
   ChildProcess child(words, ToolFolder());
   while (child.Advance()) {
-    MainThread::Current().WaitForInput({child.OutputFd(), child.StateFd()}, child.Patience());
-    MainThread::Current().LeaveWhenQuitting();
+    MainThread::Installed().WaitForInput({child.OutputFd(), child.StateFd()}, child.Timeout());
+    MainThread::Installed().LeaveWhenQuitting();
   }
   String output(child.TakeOutput());
   return {child.Status(), std::move(output)};
@@ -80,7 +80,7 @@ Shell::Runner run = RunAsChild;
 
 }  // namespace
 
-void Shell::RunCommandsBy(Runner runner) {
+void Shell::InstallRunner(Runner runner) {
   run = std::move(runner);
 }
 

@@ -33,7 +33,7 @@ class Shell : public Object {
   using Runner = std::function<Outcome(const String& commandLine)>;
   /// From now on `runner` answers all command lines in place of child processes. It runs on the thread that
   /// executes them, with the baton.
-  static void RunCommandsBy(Runner runner);
+  static void InstallRunner(Runner runner);
 
  private:
   int errorCode_ = 0;

@@ -65,7 +65,7 @@ void Thread::Run() {
   killed_ = suspended_ = yieldRequested_ = false;
   sleep_ = 0;
   running.push_back(this);
-  MainThread::Current().ThreadHasChanged();
+  MainThread::Installed().ThreadHasChanged();
 }
 
 void Thread::Body() {
@@ -82,7 +82,7 @@ void Thread::Body() {
   if (thread_.joinable()) leaving.push_back(std::move(thread_));
   kill_ = Pipe();
   running_ = false;
-  MainThread::Current().ThreadHasChanged();
+  MainThread::Installed().ThreadHasChanged();
 }
 
 bool Thread::RunsFor(const Object& window) {

@@ -7,27 +7,27 @@
 namespace {
 
 /// The open windows, in the order in which they were opened.
-std::vector<Ref<Window>>& Register() {
+std::vector<Ref<Window>>& Windows() {
   static std::vector<Ref<Window>> windows;
   return windows;
 }
 
 }  // namespace
 
-const std::vector<Ref<Window>>& Window::OpenOnes() {
-  return Register();
+const std::vector<Ref<Window>>& Window::OpenWindows() {
+  return Windows();
 }
 
 Ref<Window> _GetImplicitWindow(const String& name) {
-  for (const auto& window : Register())
+  for (const auto& window : Windows())
     if (window->ImplicitName().Identical(name)) return window;
   return nullptr;
 }
 
 void Window::Open(const String& name) {
   implicitName_ = name;
-  Register().emplace_back(this);
-  Screen::Current().MarkOutOfDate();
+  Windows().emplace_back(this);
+  Screen::Installed().MarkOutOfDate();
   try {
     Constructor();
   } catch (...) {
@@ -51,9 +51,9 @@ void Window::PlaceOnScreen() {
     Top = area.top + (area.height - Height) / 2;
   };
   constexpr int kDefaultOffset = 40;  // pixels from the corner of the screen
-  const Area screen = Screen::Current().Usable();
+  const Area screen = Screen::Installed().Usable();
   // The window that was opened first is the main window, and the parent of all others.
-  const Window* const parent = Register().empty() ? this : Register().front().Get();
+  const Window* const parent = Windows().empty() ? this : Windows().front().Get();
   if (Placement == kDefaultPosition) {
     Left = screen.left + kDefaultOffset;
     Top = screen.top + kDefaultOffset;
@@ -66,7 +66,7 @@ void Window::PlaceOnScreen() {
 
 void Window::MarkStale() {
   stale_ = true;
-  if (open_) Screen::Current().MarkOutOfDate();
+  if (open_) Screen::Installed().MarkOutOfDate();
 }
 
 void Window::Show() {
@@ -74,7 +74,7 @@ void Window::Show() {
   Visible = true;
   ++shows_;
   MarkStale();
-  Screen::Current().Present(*this);
+  Screen::Installed().Present(*this);
 }
 
 void Window::Close() {
@@ -92,8 +92,8 @@ void Window::Close() {
 void Window::End() {
   open_ = false;
   for (const auto& control : controls_) control->StandIn(nullptr);
-  std::erase_if(Register(), [this](const Ref<Window>& open) { return open.Get() == this; });
-  Screen::Current().MarkOutOfDate();
+  std::erase_if(Windows(), [this](const Ref<Window>& open) { return open.Get() == this; });
+  Screen::Installed().MarkOutOfDate();
 }
 
 void Window::_AddMenuHandler(const String& name, MenuHandlers::Handler handler) {

@@ -71,7 +71,7 @@ class Window : public Viewed, public Container {
   /// and makes it. One that could not be finished is taken out again.
   void Open(const String& name);
   /// The register: the windows that are open, in the order in which they were opened.
-  static const std::vector<Ref<Window>>& OpenOnes();
+  static const std::vector<Ref<Window>>& OpenWindows();
 
   // What a user does to the window.
   void UserClose();

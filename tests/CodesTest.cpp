@@ -13,7 +13,7 @@ namespace {
 class Codes : public ProgramFixture {
  protected:
   Codes() {
-    Shell::RunCommandsBy([this](const String& command) { return Answer(command.Utf8()); });
+    Shell::InstallRunner([this](const String& command) { return Answer(command.Utf8()); });
     WritePrefs(false, false, true);
   }
 

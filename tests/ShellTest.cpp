@@ -91,7 +91,7 @@ TEST_F(ShellTest, LooksCommandsUpInOrderAndOnlyInAbsoluteFolders) {
   const auto found = [&](std::string path) {
     for (std::size_t at; (at = path.find("~")) != std::string::npos;) path.replace(at, 1, home_.string());
     setenv("PATH", path.c_str(), 1);
-    ChildProcess child(Launch::Now({"which-one"}, home_ / "own"));
+    ChildProcess child(Launch::OnThisThread({"which-one"}, home_ / "own"));
     while (child.Advance()) std::this_thread::yield();
     return child.Status() == 0 ? String(child.TakeOutput()).Utf8() : std::to_string(child.Status());
   };

@@ -49,7 +49,7 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       EXPECT_FALSE(_GetImplicitWindow("Window2.Window2"));
 
       EXPECT_THROW(ImplicitWindow<Unfinished>("Unfinished"), NilObjectException);
-      EXPECT_EQ(Window::OpenOnes().size(), 1u);
+      EXPECT_EQ(Window::OpenWindows().size(), 1u);
 
       const auto information = Window3();
       EXPECT_TRUE(information->Left == 100 + (460 - 720) / 2 && information->Top == 50 + (800 - 493) / 2);

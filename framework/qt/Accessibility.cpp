@@ -26,7 +26,7 @@ class AccessibleWindow final : public QAccessibleWidget {
                                                                     : QAccessible::Window;
   }
   QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Name && Passive() ? window_.Words() : QAccessibleWidget::text(kind);
+    return kind == QAccessible::Name && Passive() ? window_.LabelTexts() : QAccessibleWidget::text(kind);
   }
 
  private:
@@ -56,7 +56,7 @@ class AccessibleLabel final : public QAccessibleWidget {
     return label_.IsLink() ? QAccessible::Link : QAccessible::StaticText;
   }
   QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Name ? label_.Whole() : QAccessibleWidget::text(kind);
+    return kind == QAccessible::Name ? label_.WholeText() : QAccessibleWidget::text(kind);
   }
   QStringList actionNames() const override {
     QStringList names = QAccessibleWidget::actionNames();
@@ -74,10 +74,10 @@ class AccessibleLabel final : public QAccessibleWidget {
   QVector<std::pair<QAccessibleInterface*, QAccessible::Relation>> relations(
       QAccessible::Relation match) const override {
     auto related = QAccessibleWidget::relations(match);
-    if (!match.testFlag(QAccessible::Controlled) || label_.Whole().isEmpty()) return related;
+    if (!match.testFlag(QAccessible::Controlled) || label_.WholeText().isEmpty()) return related;
     for (const QObject* sibling : label_.parent()->children())
       if (const auto* widget = qobject_cast<const QWidget*>(sibling);
-          widget && widget->accessibleDescription() == label_.Whole())
+          widget && widget->accessibleDescription() == label_.WholeText())
         related.emplace_back(QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget)),
                              QAccessible::Controlled);
     return related;

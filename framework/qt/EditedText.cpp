@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-void EditedText::FocusMoves(QWidget* to) {
+void EditedText::FocusMovedTo(QWidget* to) {
   auto* text = qobject_cast<QPlainTextEdit*>(to);
   std::erase(texts_, text);  // a nullptr takes those that have gone
   texts_.insert(texts_.begin(), text);

@@ -10,7 +10,7 @@
 /// person who reaches for the menu takes the focus from it.
 class EditedText {
  public:
-  void FocusMoves(QWidget* to);
+  void FocusMovedTo(QWidget* to);
 
   bool Can(EditCommand command) const;
   /// Does nothing where it cannot be done.

@@ -12,7 +12,7 @@ class LabelView final : public ViewOf<Label, QLabel> {
 
   bool IsLink() const { return link_; }
   /// The text, of which the middle may not show.
-  const QString& Whole() const { return whole_; }
+  const QString& WholeText() const { return whole_; }
   /// As a click in the middle.
   void Press() { Press(rect().center()); }
 

@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int kGrip = 3;        // pixels to both sides of an edge where it can be taken hold of
-constexpr int kSlip = 3;        // pixels that the mouse may move in a click
+constexpr int kClickSlack = 3;        // pixels that the mouse may move in a click
 constexpr int kNarrowest = 16;  // pixels a column keeps, and the last one of the list's width
 
 }  // namespace
@@ -49,7 +49,7 @@ bool ListColumns::Press(QPoint position) {
 }
 
 void ListColumns::Drag(int x) {
-  dragging_ |= std::abs(x - pressedAt_.x()) > kSlip;
+  dragging_ |= std::abs(x - pressedAt_.x()) > kClickSlack;
   if (!dragging_) return;
   // An edge beyond the list's could never be taken hold of again.
   const int room = list_.viewport()->width() - list_.columnViewportPosition(held_) - kNarrowest;

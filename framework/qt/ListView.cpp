@@ -47,7 +47,7 @@ ListView::ListView(const Ref<Listbox>& control, QWidget& parent) : ViewOf(contro
 }
 
 void ListView::CopyOwn() {
-  CopyLook();
+  CopyAppearance();
   model_.Copy(*control_);
   generation_ = control_->Generation();
   for (const int row : model_.RowsWithNewMeaning())
@@ -59,7 +59,7 @@ void ListView::CopyOwn() {
   executeDelayedItemsLayout();
 }
 
-void ListView::CopyLook() {
+void ListView::CopyAppearance() {
   setFont(FontOf(*control_));
   model_.SetFont(font());
   verticalHeader()->setDefaultSectionSize(std::max(fontMetrics().height() + kLeading, kLeastHeight));

@@ -33,7 +33,7 @@ class ListView final : public ViewOf<Listbox, QTableView> {
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
  private:
-  void CopyLook();
+  void CopyAppearance();
   void CopySelection();
 
   int SelectedRow() const;

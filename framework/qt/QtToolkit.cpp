@@ -82,7 +82,7 @@ QtToolkit::QtToolkit(int& argc, char** argv)
     if (auto* view = dynamic_cast<WindowView*>(QApplication::activeWindow())) lastActive_ = view;
   });
   QObject::connect(&program_, &QApplication::focusChanged, &program_,
-                   [this](QWidget*, QWidget* now) { editedText_.FocusMoves(now); });
+                   [this](QWidget*, QWidget* now) { editedText_.FocusMovedTo(now); });
 }
 
 QtToolkit::~QtToolkit() {
@@ -131,13 +131,13 @@ void QtToolkit::RunWoken() {
 
 void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>& bar) {
   CopyApplicationBar(bar);
-  const std::vector<View> going = TakeAllBut(open);
+  const std::vector<View> going = TakeClosed(open);
   std::vector<Ref<Window>> coming;
   for (const auto& window : open) {
     if (WindowView* view = Find(window.Get())) {
       view->Copy();
     } else if (window->Visible) {
-      const WindowView* owner = views_.empty() ? nullptr : views_.front().get();
+      WindowView* owner = views_.empty() ? nullptr : views_.front().get();
       views_.emplace_back(new WindowView(window, owner, frontWindow_));
       coming.push_back(window);
     }
@@ -148,7 +148,7 @@ void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>&
 }
 
 /// Takes out the views of windows that are no longer open. They stay on the screen as long as they are held.
-std::vector<QtToolkit::View> QtToolkit::TakeAllBut(const std::vector<Ref<Window>>& open) {
+std::vector<QtToolkit::View> QtToolkit::TakeClosed(const std::vector<Ref<Window>>& open) {
   std::vector<View> taken;
   const auto isOpen = [&](const View& view) {
     return std::find(open.begin(), open.end(), view->ShownWindow()) != open.end();

@@ -52,7 +52,7 @@ class QtToolkit final : public Toolkit {
   };
 
   void RunWoken();
-  std::vector<View> TakeAllBut(const std::vector<Ref<Window>>& open);
+  std::vector<View> TakeClosed(const std::vector<Ref<Window>>& open);
   WindowView* Find(const Window* window) const;
   WindowView* Front() const;
   void CopyApplicationBar(const Ref<MenuBar>& bar);

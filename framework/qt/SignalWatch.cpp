@@ -16,7 +16,7 @@ volatile std::sig_atomic_t writeEnd = -1;
 volatile std::sig_atomic_t listening = 0;
 volatile std::sig_atomic_t kept = 0;
 
-void Pass(int) {
+void PassOn(int) {
   if (!listening && kept) std::_Exit(EXIT_FAILURE);
   kept = 1;
   const int error = errno;  // of whatever the signal has interrupted
@@ -35,7 +35,7 @@ SignalWatch::SignalWatch() : pipe_(ThePipe()) {
   if (pipe_.WriteFd() < 0) return;  // signals end the process then, as they do without us
   writeEnd = pipe_.WriteFd();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-    if (std::signal(signal, Pass) == SIG_IGN) std::signal(signal, SIG_IGN);
+    if (std::signal(signal, PassOn) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 
 void SignalWatch::Listen() {

@@ -6,7 +6,7 @@
 
 namespace {
 
-int Widest(const QFont& font, const QString& text) {
+int WidestLine(const QFont& font, const QString& text) {
   const QFontMetrics metrics(font);
   int widest = 0;
   for (const QString& line : text.split('\n')) widest = std::max(widest, metrics.horizontalAdvance(line));
@@ -14,7 +14,7 @@ int Widest(const QFont& font, const QString& text) {
 }
 
 bool Fits(const QFont& font, const QString& text, QSize room, Wrapping wrapping) {
-  if (Widest(font, text) <= room.width()) return true;
+  if (WidestLine(font, text) <= room.width()) return true;
   if (wrapping == Wrapping::kNone) return false;
   const QRect wrapped = QFontMetrics(font).boundingRect({{0, 0}, room}, Qt::TextWordWrap, text);
   return wrapped.height() <= room.height() && wrapped.width() <= room.width();
@@ -26,9 +26,9 @@ QFont Squeezed(const QFont& font, const QString& text, QSize room, Wrapping wrap
   constexpr int kNarrowest = 60;  // per cent
   if (Fits(font, text, room, wrapping)) return font;
   QFont narrow = font;
-  for (int stretch = 100 * room.width() / Widest(font, text); stretch >= kNarrowest; --stretch) {
+  for (int stretch = 100 * room.width() / WidestLine(font, text); stretch >= kNarrowest; --stretch) {
     narrow.setStretch(stretch);
-    if (Widest(narrow, text) <= room.width()) return narrow;
+    if (WidestLine(narrow, text) <= room.width()) return narrow;
   }
   return font;
 }

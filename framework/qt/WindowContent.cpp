@@ -63,7 +63,7 @@ std::vector<ControlView*> WindowContent::InTabOrder() const {
 }
 
 /// What has the focus at first. Tabs can have it, but a person comes for what stands under them.
-QWidget* WindowContent::FirstToType() const {
+QWidget* WindowContent::FirstFocus() const {
   for (ControlView* view : InTabOrder()) {
     QWidget& widget = view->FocusWidget();
     if (view != static_cast<ControlView*>(tabs_) && (widget.focusPolicy() & Qt::TabFocus)) return &widget;
@@ -71,12 +71,12 @@ QWidget* WindowContent::FirstToType() const {
   return nullptr;
 }
 
-QString WindowContent::Words() const {
+QString WindowContent::LabelTexts() const {
   std::vector<LabelView*> labels;
   for (ControlView* view : views_)
     if (auto* label = dynamic_cast<LabelView*>(view)) labels.push_back(label);
   std::ranges::stable_sort(labels, {}, [](const LabelView* label) { return label->y(); });
   QStringList words;
-  for (const LabelView* label : labels) words += label->Whole();
+  for (const LabelView* label : labels) words += label->WholeText();
   return words.join(' ').simplified();
 }

@@ -21,9 +21,9 @@ class WindowContent final : public QWidget {
   void Copy();
 
   /// What its labels say, from the top down.
-  QString Words() const;
+  QString LabelTexts() const;
   /// What has the focus at first, nullptr where there is nothing to type into or to press.
-  QWidget* FirstToType() const;
+  QWidget* FirstFocus() const;
   /// nullptr where the window has none.
   TabPanelView* Tabs() const { return tabs_; }
 

@@ -32,8 +32,8 @@ Qt::WindowFlags FlagsOf(const Window& window) {
 
 }  // namespace
 
-WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front)
-    : window_(window), owner_(const_cast<WindowView*>(owner)), voice_(*this, window) {
+WindowView::WindowView(const Ref<Window>& window, WindowView* owner, const MenuView::Front& front)
+    : window_(window), owner_(owner), voice_(*this, window) {
   SetFlags(owner);
   if (window->MenuBar && !kOneBarForAll) {
     bar_ = new QMenuBar(this);
@@ -46,7 +46,7 @@ WindowView::WindowView(const Ref<Window>& window, const WindowView* owner, const
   Copy();
 }
 
-void WindowView::SetFlags(const WindowView* owner) {
+void WindowView::SetFlags(WindowView* owner) {
   setWindowFlags(FlagsOf(*window_));
   if (window_->Frame == Window::kMovableModal) setWindowModality(Qt::ApplicationModal);
   if (window_->Frame == Window::kDocument || !owner) return;
@@ -67,7 +67,7 @@ void WindowView::CopyParts() {
   content_.Copy();
   CopyShown();
   const bool speaks = owner_ && isVisible() && testAttribute(Qt::WA_ShowWithoutActivating);
-  if (speaks && SomebodyListens()) voice_.SayWords(*owner_, Words());
+  if (speaks && SomebodyListens()) voice_.SayWords(*owner_, LabelTexts());
 }
 
 void WindowView::CopyTitle() {
@@ -89,18 +89,18 @@ void WindowView::CopyGeometry() {
 
 void WindowView::CopyLimits() {
   const QSize size(window_->Width, window_->Height);
-  least_ = window_->Resizeable ? QSize(window_->MinWidth, window_->MinHeight) : size;
-  most_ = window_->Resizeable ? QSize(window_->MaxWidth, window_->MaxHeight) : size;
+  minimum_ = window_->Resizeable ? QSize(window_->MinWidth, window_->MinHeight) : size;
+  maximum_ = window_->Resizeable ? QSize(window_->MaxWidth, window_->MaxHeight) : size;
   if (IsWayland()) return;  // there the content alone keeps to the limits
-  setMinimumSize(least_.width(), least_.height() + above_);
-  setMaximumSize(most_.width(), most_.height() + above_);
+  setMinimumSize(minimum_.width(), minimum_.height() + above_);
+  setMaximumSize(maximum_.width(), maximum_.height() + above_);
 }
 
 void WindowView::CopyShown() {
   if (!isVisible()) {
     // A window with nothing to type into or to press leaves the focus where it is, also where the window
     // manager would give it to every new one.
-    QWidget* first = content_.FirstToType();
+    QWidget* first = content_.FirstFocus();
     setAttribute(Qt::WA_ShowWithoutActivating, !first);
     create();
     windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !first);
@@ -123,7 +123,7 @@ void WindowView::PlaceParts() {
 }
 
 QSize WindowView::ContentSize() const {
-  return QSize(width(), height() - above_).expandedTo(least_).boundedTo(most_);
+  return QSize(width(), height() - above_).expandedTo(minimum_).boundedTo(maximum_);
 }
 
 /// Later, as the size or place may be one that was asked for just now and could not be had.

@@ -17,11 +17,11 @@ class WindowView final : public QWidget {
  public:
   /// With the baton, as is `Copy`. `owner` is the view that a sheet or a modal window stays above, or
   /// nullptr.
-  WindowView(const Ref<Window>& window, const WindowView* owner, const MenuView::Front& front);
+  WindowView(const Ref<Window>& window, WindowView* owner, const MenuView::Front& front);
 
   const Ref<Window>& ShownWindow() const { return window_; }
   /// What its labels say, from the top down.
-  QString Words() const { return content_.Words(); }
+  QString LabelTexts() const { return content_.LabelTexts(); }
 
   /// Copies what has changed in the window and its controls.
   void Copy();
@@ -38,7 +38,7 @@ class WindowView final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void SetFlags(const WindowView* owner);
+  void SetFlags(WindowView* owner);
   void CopyParts();
   void CopyTitle();
   void CopyGeometry();
@@ -56,8 +56,8 @@ class WindowView final : public QWidget {
   std::unique_ptr<MenuView> menus_;
   WindowContent content_{*this, window_};
   int above_ = 0;  // height of the menu bar
-  QSize least_;    // that the content may measure
-  QSize most_;
+  QSize minimum_;    // that the content may measure
+  QSize maximum_;
   QRect known_;  // the content's place on the screen that both the window and this know of
   int shows_ = 0;
   bool painted_ = false;

@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const Baton::Turn turn;
   const auto window = Window1();
-  Shell::RunCommandsBy([&](const String& command) {
+  Shell::InstallRunner([&](const String& command) {
     if (command.Identical("diskutil list")) return Shell::Outcome{0, list};
     const auto table = window->ListBox2();
     Require(command.Identical("diskutil info " + table->Cell(table->ListCount() - 1, 3)));

@@ -82,7 +82,7 @@ std::string ProgramFixture::ReadPrefs() const {
 }
 
 void ProgramFixture::Choose(const String& menuItem) {
-  const auto front = Read([] { return Window::OpenOnes().back(); });
+  const auto front = Read([] { return Window::OpenWindows().back(); });
   Menus::Refresh(front);
   Menus::Choose(Read([&] { return Application::Current()->MenuBar->_Lookup(menuItem); }), front);
 }
