@@ -7,7 +7,7 @@
 namespace {
 
 constexpr const char* kFileName = "Dravik.prefs";
-/// The version of the file's format, which has a life of its own beside the program's.
+/// The version of the file's format, which is counted apart from the program's.
 constexpr const char* kFormatVersion = "1.3";
 
 String YesOrNo(bool value) {

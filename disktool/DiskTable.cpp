@@ -50,7 +50,7 @@ bool SaysMounted(const String& report) {
 
 void Window1::setUpDisks() {
   auto shell = New<Shell>();
-  shell = New<Shell>();  // the one that all rows use
+  shell = New<Shell>();  // the one that all rows use; the first is made, as ever, and runs nothing
   const int last = ListBox1()->ListCount() - 1;
   for (int i = 0; i <= last; ++i) {
     const String line = ListBox1()->Cell(i, 0);

@@ -25,7 +25,8 @@ void Window1::mountThisDisk(int row) {
 }
 
 void Window1::unMountThisDisk(int row) {
-  // Deliberately passed over in silence for this one command; a mount that ends with it is told.
+  // Deliberately passed over in silence for this one command; a mount that ends with it is told. It is the
+  // exit status 1 as `waitpid` gives it, undecoded, which our shell never does.
   constexpr int kSilentCode = 256;
   Window2()->staticTitle()->Text = "Executing the command 'diskutil unmount'";
   Window2()->StaticText1()->Text =

@@ -39,8 +39,9 @@ RunState& TheRun() {
   return run;
 }
 
-/// A quit from outside, out of whatever the main thread is doing: threads end and the application is closed;
-/// only its windows are past closing. Also run by `exit`, with which a toolkit may end the process.
+/// Ends the program from the middle of whatever the main thread does: threads end, the application's close
+/// event runs, and windows cannot be closed any more. Also run by `exit`, with which a toolkit may end the
+/// process.
 void LeaveWithoutDisplay() {
   RunState& run = TheRun();
   if (!run.application) return;  // the ordinary end

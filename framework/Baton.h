@@ -39,7 +39,7 @@ class Baton {
   /// point. One relaxed load.
   static bool Wanted() { return wanted_.load(std::memory_order_relaxed) != 0; }
 
-  /// A reason for threads to stop at their yield points, besides a thread that waits, has come or gone.
+  /// A reason, besides a waiting thread, to stop at yield points: one more, one less.
   static void AddReason() { wanted_.fetch_add(1, std::memory_order_relaxed); }
   static void DropReason() { wanted_.fetch_sub(1, std::memory_order_relaxed); }
 

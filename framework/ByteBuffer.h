@@ -7,14 +7,14 @@
 #include <new>
 #include <string_view>
 
-/// Bytes that grow at their end. What is not written yet is not filled either, and the system moves a long
-/// buffer that grows in whole pages, so a flood is taken without being copied.
+/// Bytes that grow at their end. Unwritten bytes are not zeroed, and the system moves a long buffer that
+/// grows in whole pages, so a flood is taken without being copied. docs/performance.md says what that gains.
 class ByteBuffer {
  public:
   std::string_view View() const { return {bytes_.get(), size_}; }
   std::size_t Size() const { return size_; }
 
-  /// Where so many bytes can be written behind the end; `Add` then says how many were.
+  /// Room for `count` bytes behind the end. `Add` takes over those that were written.
   char* Room(std::size_t count) {
     if (capacity_ - size_ < count) Grow(std::max(size_ + count, capacity_ * 2));
     return bytes_.get() + size_;

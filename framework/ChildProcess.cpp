@@ -122,7 +122,7 @@ void ChildProcess::Read() {
   if (more_) FreeFileRange(output_.Fd(), from, taken_);
 }
 
-/// What the command has left behind, and which may still print.
+/// Whether anything that the command has left behind still lives and may print.
 bool ChildProcess::GroupLives() const {
   return kill(-group_, 0) == 0 || errno == EPERM;
 }

@@ -18,7 +18,8 @@
 /// descriptor. The object never blocks but in `Terminate`, for a bounded time.
 class ChildProcess {
  public:
-  /// A command that `Launch::OnThisThread` has started. Where it did not, the process has ended, with its status.
+  /// A command that `Launch::OnThisThread` has started. Where it did not, the process has ended, with its
+  /// status.
   explicit ChildProcess(Launch::Outcome started) { Adopt(std::move(started)); }
   /// Starts the words as `Launch` says. Where that fails, the process has ended, with one of its statuses.
   ChildProcess(const std::vector<std::string>& words, const std::string& toolFolder)
@@ -70,6 +71,6 @@ class ChildProcess {
   Descriptor exit_;
   ByteBuffer text_;
   int status_ = Launch::kNotFound;
-  bool outputLost_ = false;             // some of the output
+  bool outputLost_ = false;       // some of the output
   long long outputDeadline_ = 0;  // monotonic milliseconds, set when the child has been reaped
 };

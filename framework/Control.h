@@ -56,7 +56,7 @@ class Control : public Viewed {
   Property<String> HelpTag{this};
   /// What assistive technology calls the control; empty where its own text says it.
   Property<String> AccessibleName{this};
-  /// What it says of the control besides.
+  /// More that it says of the control.
   Property<String> AccessibleDescription{this};
 
   void Apply(const Place& place);
@@ -74,7 +74,7 @@ class Control : public Viewed {
   /// The Return key in its window. True when the control takes it.
   virtual bool UserReturn() { return false; }
 
-  /// Grows by so many pixels with its window, by its locks.
+  /// Moves or grows with its window, by so many pixels, as its locks say.
   void FollowWindow(int wider, int higher);
 
   /// Whether a property changed since the last call.

@@ -22,7 +22,7 @@ struct Leaving {};
 struct State {
   std::unique_ptr<Toolkit> toolkit;
   Ref<MenuBar> (*applicationBar)() = nullptr;
-  int handlers = 0;               // that run on the main thread, one in the other's message box
+  int handlers = 0;               // that run; more than one while a message box is up
   std::deque<Callback> deferred;  // events that came in the middle of a handler; main thread only
   bool stale = false;
   bool updating = false;
@@ -73,7 +73,7 @@ Callback TakePosted() {
   return task;
 }
 
-/// What was posted in the middle of a handler has been passed over then.
+/// Wakes the loop for what was posted while a handler ran, which RunPending passes over.
 void WakeForPosted() {
   State& loop = TheLoop();
   const std::lock_guard lock(loop.postedMutex);

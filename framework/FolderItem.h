@@ -16,7 +16,7 @@ class FolderItem : public Object {
 
   /// The item of that name inside this folder.
   Ref<FolderItem> Child(const String& name) const;
-  /// False only where it is known not to be there: what cannot be looked at is no reason to start afresh.
+  /// False only when it is known to be missing: settings that cannot be looked at are not overwritten.
   bool Exists() const;
   /// A stream at the start of the file; nil when it is no readable regular file.
   Ref<TextInputStream> OpenAsTextFile() const;

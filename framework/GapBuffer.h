@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-/// A stack in blocks: its elements stay where they are as it grows, and the memory of those that are gone
-/// goes with them.
+/// A stack in blocks. Its elements stay where they are as it grows, and its memory shrinks with it.
+/// docs/performance.md says what that gains over a vector and a deque.
 template <class T>
 class BlockStack {
  public:

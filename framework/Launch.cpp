@@ -102,7 +102,7 @@ class SpawnPlan {
     if (error != 0) error_ = error;
   }
 
-  int error_ = 0;  // why a command would not get what it is to get
+  int error_ = 0;  // why the child could not be prepared
   posix_spawn_file_actions_t actions_;
   posix_spawnattr_t attributes_;
 };

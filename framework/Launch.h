@@ -15,9 +15,8 @@ enum class Outlet {
   kFile,  // without a name, in memory where the system can: the command never waits for us and outlives us
 };
 
-/// The start of one command. To look a command up, to open it and to start it can each take for ever where a
-/// folder hangs. So an object of this class does that on another thread; whoever waits for it need not, and
-/// can leave it to itself.
+/// The start of one command. Finding, opening and starting it can each hang with a folder of PATH. A Launch
+/// does that on another thread, which can be left behind.
 ///
 /// What keeps a command from running is told on standard error.
 class Launch {

@@ -18,7 +18,7 @@ class Listbox : public TextControl {
     bool italic = false;
     int alignment = 0;
   };
-  /// The cells of a row. A row of one cell, of which a list of lines has many, takes no memory beside itself.
+  /// The cells of a row. A row of one cell needs no memory of its own: a list of lines has many.
   class Row {
    public:
     Row() = default;

@@ -12,7 +12,7 @@ class Viewed : public Object {
   virtual void MarkStale() = 0;
 };
 
-/// A value of a viewed object, read and assigned like a plain member. A change touches the owner.
+/// A value of a viewed object, read and assigned like a plain member. A change marks the owner as stale.
 template <class T>
 class Property {
  public:

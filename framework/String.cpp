@@ -78,7 +78,7 @@ std::size_t Bytes(std::size_t characters, bool wide) {
 /// a line takes memory once.
 constexpr std::size_t kLeastCapacity = 80;
 
-/// From here on it is worth taking a buffer over, which has room that the text does not use.
+/// Smaller texts are copied: a buffer that is taken over keeps its unused room.
 constexpr std::size_t kManyBytes = 64 * 1024;
 
 }  // namespace

@@ -24,7 +24,7 @@ class String {
   String(const char* utf8) : String(std::string_view(utf8)) {}
   String(const std::string& utf8) : String(std::string_view(utf8)) {}
   String(std::string_view utf8);
-  /// Takes the bytes over, where they are many and ASCII alone, and copies them elsewhere.
+  /// Takes a large buffer of pure ASCII over; copies any other.
   explicit String(ByteBuffer utf8);
   explicit String(char32_t codePoint) : size_(1) { held_.single = codePoint; }
   String(const String& other) : size_(other.size_), held_(other.held_) {
@@ -79,8 +79,7 @@ class String {
   }
 
  private:
-  /// A counted run of characters, which stand behind it or, taken over from elsewhere, in memory of their
-  /// own.
+  /// A counted block of characters. They stand right behind this header, or in memory that was taken over.
   struct Shared {
     std::atomic<std::uint32_t> references;
     bool wide;             // one char32_t a character instead of one char
@@ -105,12 +104,12 @@ class String {
     std::swap(size_, other.size_);
     std::swap(held_, other.held_);
   }
-  // By value, so that a loop over characters can keep its texts of one in registers.
+  // By value, so that a loop over characters can keep its one-character texts in registers.
   static void Release(Shared* shared) {
     if (shared->references.fetch_sub(1, std::memory_order_acq_rel) == 1) Free(shared);
   }
   void Append(String tail);
-  /// The case of a loop over characters.
+  /// The fast path of a loop that appends one character at a time.
   void AppendOne(char32_t c) {
     if (IsShared() && size_ < held_.shared->capacity && IsOwn()) [[likely]] {
       if (c < 0x80 && !held_.shared->wide) [[likely]] {

@@ -27,7 +27,7 @@ thread_local Thread* current = nullptr;
 
 /// Both guarded by the baton, and there until the very end of the process.
 std::vector<Thread*> running;
-/// Those whose run has ended and which are leaving: joined before the next run and at the end.
+/// Threads whose run has ended. They are joined before the next run and at the end.
 std::vector<std::thread> leaving;
 
 void Join(std::vector<std::thread> threads) {
@@ -51,7 +51,7 @@ void Thread::Run() {
   Pipe kill = Pipe::Open();
   if (kill.ReadFd() < 0 || kill.WriteFd() < 0) CannotRun(errno);
   try {
-    // Once the thread runs, nothing of this is in need of memory.
+    // Nothing is allocated once the thread runs.
     running.reserve(running.size() + 1);
     leaving.reserve(leaving.size() + running.size() + 1);
     thread_ = std::thread([self = Ref<Thread>(this)] { self->Body(); });  // which waits for the baton

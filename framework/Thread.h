@@ -34,16 +34,15 @@ class Thread : public Object {
   /// The thread this code runs on, nullptr on the main thread.
   static Thread* Current();
 
-  /// Readable from `Kill` on: what a wait on this thread watches besides its own matter.
+  /// Readable from `Kill` on. A wait on this thread watches it too.
   int KillFd() const { return kill_.ReadFd(); }
   bool Killed() const { return killed_; }
 
   /// Gives the turn to those who wait for it; see YieldPoint.
   static void YieldCurrent();
 
-  /// A scope, entered and left without the baton, in which something may hold the thread up for ever.
-  /// `EndAll` waits for that a moment only: a thread that it leaves there never comes back. A killed one does
-  /// not enter, but unwinds. Used on the thread itself.
+  /// A scope without the baton in which the thread may hang. `EndAll` waits a moment for it, then leaves the
+  /// thread behind for good. A killed thread does not enter but unwinds. Used on the thread itself.
   class Absence {
    public:
     explicit Absence(Thread& thread);

@@ -67,8 +67,8 @@ class Window : public Viewed, public Container {
   bool IsOpen() const { return open_; }
   /// The name that finds the window in the register.
   const String& ImplicitName() const { return implicitName_; }
-  /// Puts a new window into the register under that name, from where it is found already while it is made,
-  /// and makes it. One that could not be finished is taken out again.
+  /// Registers the window under that name, so that it is found while it is made, and makes it. One that could
+  /// not be finished is taken out again.
   void Open(const String& name);
   /// The register: the windows that are open, in the order in which they were opened.
   static const std::vector<Ref<Window>>& OpenWindows();

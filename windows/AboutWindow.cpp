@@ -57,21 +57,11 @@ Ref<class AboutWindow> AboutWindow() {
 }
 
 void AboutWindow::Layout() {
-  Title = "";
   Frame = kMovableModal;
   Placement = kParentWindow;
   Width = 380, Height = 355;
-  MinWidth = 64, MinHeight = 64;
-  MaxWidth = 32000, MaxHeight = 32000;
-  Resizeable = false, LiveResize = false;
-  CloseButton = true, MinimizeButton = true;
-  MaximizeButton = false, FullScreenButton = false;
-  FullScreen = false;
-  MenuBarVisible = true;
-  Visible = true;
   Composite = true;
-  HasBackColor = false, BackColor = RGB(0xCC, 0xCC, 0xCC);
-  MacProcID = 0;
+  BackColor = RGB(0xCC, 0xCC, 0xCC);
 }
 
 void AboutWindow::CreateControls() {

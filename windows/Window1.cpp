@@ -4,14 +4,10 @@
 #include "app/MenuBar1.h"
 #include "framework/Shell.h"
 #include "framework/Text.h"
+#include "windows/Locks.h"
 #include "windows/Window2.h"
 
 namespace {
-
-constexpr Locks L = kLockLeft;
-constexpr Locks T = kLockTop;
-constexpr Locks R = kLockRight;
-constexpr Locks B = kLockBottom;
 
 constexpr int kSettingsTab = 1;  // `Value` of the tab panel, which counts from 0
 
@@ -28,20 +24,13 @@ Ref<class Window1> Window1() {
 void Window1::Layout() {
   MenuBar = MenuBar1();
   Title = "Dravik";
-  Frame = kDocument;
   Placement = kMainScreen;
   Width = 450, Height = 280;
   MinWidth = 450, MinHeight = 280;
   MaxWidth = 450, MaxHeight = 800;
   Resizeable = true, LiveResize = true;
-  CloseButton = true, MinimizeButton = true;
-  MaximizeButton = false, FullScreenButton = false;
-  FullScreen = false;
-  MenuBarVisible = true;
-  Visible = true;
   Composite = true;
-  HasBackColor = false, BackColor = RGB(0xCC, 0xCC, 0xCC);
-  MacProcID = 0;
+  BackColor = RGB(0xCC, 0xCC, 0xCC);
 }
 
 void Window1::CreateControls() {
@@ -55,11 +44,7 @@ void Window1::_CreateControls0() {
   tabs->TabDefinition = "'diskutil'" + Chr(13) + "Settings";
   tabs->Change = Handler(&Window1::TabPanel1_Change);
 
-  const auto frame = Add<Rectangle>("Rectangle1",              {"TabPanel1",    1, 0,  37,  49, 379, 160, L | T | R | B});
-  frame->FillColor = RGB(0xFF, 0xFF, 0xFF);
-  frame->BorderWidth = 1;
-  frame->TopLeftColor = RGB(0, 0, 0);
-  frame->BottomRightColor = RGB(0, 0, 0);
+  Add<Rectangle>("Rectangle1",                                 {"TabPanel1",    1, 0,  37,  49, 379, 160, L | T | R | B});
 
   const auto table = Add<Listbox>("ListBox2", 12,              {"Rectangle1",   1, 0,  37,  75, 379, 134, L | T | R | B});
   table->ColumnCount = 4;
@@ -127,8 +112,6 @@ void Window1::_CreateControls0() {
 
   scanTheBus1_ = New<scanTheBus>();
   scanTheBus1_->Window = this;
-  scanTheBus1_->Priority = 5;
-  scanTheBus1_->StackSize = 0;
 
   const auto lines = Add<Listbox>("ListBox1", 12,              {"",             0, 3, 411,   5,  28,  17, R | B});
   lines->Visible = false;

@@ -9,22 +9,12 @@ Ref<class Window2> Window2() {
 }
 
 void Window2::Layout() {
-  Placement = kDefaultPosition;
   Width = 397, Height = 102;
-  MinWidth = 64, MinHeight = 64;
-  MaxWidth = 32000, MaxHeight = 32000;
   Frame = kSheet;
   Composite = true;
-  HasBackColor = false, BackColor = RGB(0xCC, 0xCC, 0xCC);
+  BackColor = RGB(0xCC, 0xCC, 0xCC);
   Title = "Looking for drives...";
-  Visible = true;
-  FullScreen = false;
-  MenuBarVisible = true;
   CloseButton = false;
-  Resizeable = false, LiveResize = false;
-  MaximizeButton = false, MinimizeButton = true;
-  FullScreenButton = false;
-  MacProcID = 0;
 }
 
 void Window2::CreateControls() {

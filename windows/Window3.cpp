@@ -1,13 +1,6 @@
 #include "windows/Window3.h"
 
-namespace {
-
-constexpr Locks L = kLockLeft;
-constexpr Locks T = kLockTop;
-constexpr Locks R = kLockRight;
-constexpr Locks B = kLockBottom;
-
-}  // namespace
+#include "windows/Locks.h"
 
 Ref<class Window3> Window3() {
   return ImplicitWindow<class Window3>("Window3.Window3");
@@ -20,16 +13,8 @@ void Window3::Layout() {
   MaxWidth = 1024, MaxHeight = 800;
   Frame = kSheet;
   Composite = true;
-  HasBackColor = false, BackColor = RGB(0xCC, 0xCC, 0xCC);
-  Title = "";
-  Visible = true;
-  FullScreen = false;
-  MenuBarVisible = true;
-  CloseButton = true;
+  BackColor = RGB(0xCC, 0xCC, 0xCC);
   Resizeable = true, LiveResize = true;
-  MaximizeButton = false, MinimizeButton = true;
-  FullScreenButton = false;
-  MacProcID = 0;
 }
 
 void Window3::CreateControls() {
@@ -50,7 +35,6 @@ void Window3::_CreateControls0() {
   title->TextAlign = 1;
 
   const auto report = Add<TextArea>("infoFld", 11,    {"", 0, 2,  20,  35, 680, 406, L | T | R | B});
-  report->LineSpacing = 1.0;
   report->TextFont = "Monaco";
   report->Multiline = true;
   report->Styled = true;

@@ -26,7 +26,7 @@ class ControlView {
 
  protected:
   virtual const Control& ShownControl() const = 0;
-  /// Copies what the class of control has besides what all have.
+  /// Copies what only this class of control has.
   virtual void CopyOwn() = 0;
 };
 

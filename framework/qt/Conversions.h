@@ -26,8 +26,8 @@ QString Literal(const String& caption);
 
 QColor ToQColor(Color color);
 
-/// The picture, made smaller where it is larger than the room, for a screen with so many pixels on one of the
-/// design's.
+/// The picture, made smaller where it is larger than the room, for a screen that shows one of the design's
+/// pixels with `scale` of its own.
 QPixmap ToQPixmap(const PictureRef& picture, QSize room, qreal scale);
 
 QFont FontOf(const TextControl& control);

@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int kGrip = 3;        // pixels to both sides of an edge where it can be taken hold of
-constexpr int kClickSlack = 3;        // pixels that the mouse may move in a click
+constexpr int kClickSlack = 3;  // pixels that the mouse may move in a click
 constexpr int kNarrowest = 16;  // pixels a column keeps, and the last one of the list's width
 
 }  // namespace

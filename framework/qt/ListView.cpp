@@ -54,8 +54,7 @@ void ListView::CopyOwn() {
     Say(*window(), model_.index(row, 0).data(Qt::AccessibleTextRole).toString());
   columns_.SetWidths(control_->ColumnWidths);
   CopySelection();
-  // Left to the painting of the frame, as Qt leaves it, the layout comes too late for the rows to be painted
-  // too.
+  // Qt leaves the layout to the painting of the frame, which is too late for the rows to be painted too.
   executeDelayedItemsLayout();
 }
 

@@ -16,7 +16,7 @@ QKeySequence ToKeySequence(const std::optional<String>& shortcut) {
   return QKeySequence::fromString(OneLine(shortcut.value_or("")).replace("Cmd+", "Ctrl+"));
 }
 
-/// A text control that has the focus hears these itself; elsewhere nobody means a text by them.
+/// A text control with the focus handles these keys itself. With the focus on anything else they do nothing.
 bool BelongsToTexts(const QKeySequence& shortcut) {
   const auto keys = {QKeySequence::Undo, QKeySequence::Cut, QKeySequence::Copy, QKeySequence::Paste};
   return std::ranges::any_of(keys,

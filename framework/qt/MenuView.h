@@ -15,8 +15,8 @@ constexpr bool kOneBarForAll = true;
 constexpr bool kOneBarForAll = false;
 #endif
 
-/// Shows the items of a menu bar in one of Qt's. The items stand from the start; their texts and states are
-/// copied.
+/// Shows the items of a menu bar in one of Qt's. The items are there from the start; their texts and states
+/// are copied.
 class MenuView {
  public:
   /// The window in front, or nil.

@@ -142,7 +142,7 @@ void QtToolkit::Update(const std::vector<Ref<Window>>& open, const Ref<MenuBar>&
       coming.push_back(window);
     }
   }
-  // A window goes last: whoever looks at it sees what takes its place before.
+  // New windows are painted before old ones go, so that no gap shows.
   if (going.empty()) return;
   for (const auto& window : coming) Present(*window);
 }

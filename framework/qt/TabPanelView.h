@@ -33,7 +33,7 @@ class TabPanelView final : public ViewOf<TabPanel, QWidget> {
 
   /// What the controls of a panel, counted from 1, stand on.
   QWidget& Page(int panel);
-  /// The user goes so many tabs on, around the end.
+  /// The user goes on by `tabs`, and around the end.
   void Step(int tabs);
 
  protected:

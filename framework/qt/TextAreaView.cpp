@@ -91,8 +91,8 @@ void TextAreaView::insertFromMimeData(const QMimeData* data) {
   ensureCursorVisible();
 }
 
-/// Where a text can be read by keyboard, Qt shows a caret: as the focus comes and with each key. It takes it
-/// away as a text ceases to be one to edit.
+/// Qt shows a caret in a text that can be read by keyboard, as the focus comes and with each key. It hides it
+/// when a text stops being editable, so this makes it editable and back.
 void TextAreaView::HideCaret() {
   const auto interaction = textInteractionFlags();
   setTextInteractionFlags(Qt::TextEditorInteraction);

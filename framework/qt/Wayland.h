@@ -6,5 +6,5 @@
 bool IsWayland();
 
 /// To be called with each change of a window's state, after Qt has handled it. A compositor may end a program
-/// whose window has not the size that it was given when it was maximised or made to fill the screen.
+/// whose window does not take the size that it is given when it is maximised or made to fill the screen.
 void ObeyCompositor(QWidget& window, const QEvent& event);

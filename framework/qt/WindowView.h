@@ -56,7 +56,7 @@ class WindowView final : public QWidget {
   std::unique_ptr<MenuView> menus_;
   WindowContent content_{*this, window_};
   int above_ = 0;  // height of the menu bar
-  QSize minimum_;    // that the content may measure
+  QSize minimum_;  // that the content may measure
   QSize maximum_;
   QRect known_;  // the content's place on the screen that both the window and this know of
   int shows_ = 0;

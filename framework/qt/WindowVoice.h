@@ -15,7 +15,7 @@ class WindowVoice {
   void SayWork();
   void EndUpdate();
 
-  /// Says, over the owner's head, the words of a window that takes no focus.
+  /// Says, on behalf of the owner, the words of a window that takes no focus.
   void SayWords(QWidget& owner, const QString& words);
 
  private:
