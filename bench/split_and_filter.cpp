@@ -23,7 +23,7 @@ Printed Run(const std::vector<std::string>& command) {
   ChildProcess child(Launch::OnThisThread(command, ""));
   while (child.Advance()) {
     pollfd fds[] = {{child.OutputFd(), POLLIN, 0}, {child.StateFd(), POLLIN, 0}};
-    poll(fds, 2, child.Patience());
+    poll(fds, 2, child.Timeout());
   }
   return {String(child.TakeOutput()), child.Status()};
 }
