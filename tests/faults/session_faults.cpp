@@ -176,7 +176,7 @@ int main() {
     return WIFEXITED(run.status) && !kept && !unopened ? "the settings are lost" : run.WhatIsWrong(good);
   };
   const auto prepare = [] { std::ofstream("Dravik.prefs") << kPreferences; };
-  const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 300);
+  const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 150);
   std::filesystem::remove_all(home);
   return passed ? 0 : 1;
 }
