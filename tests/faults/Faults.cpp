@@ -49,8 +49,9 @@ Run RunOnce(const Session& session, int call, std::size_t error) {
   }
   Run run;
   waitpid(child, &run.status, 0);
-  for (int looks = 0; waitpid(-1, nullptr, WNOHANG) >= 0 && (run.left = ++looks > 5000) == false;)
-    usleep(1000);
+  int looks = 0;
+  while (waitpid(-1, nullptr, WNOHANG) >= 0 && ++looks < 5000) usleep(1000);
+  run.left = looks == 5000;
   run.shown = TextOf("shown"), run.told = TextOf("told");
   run.struck = shared->struck, run.code = shared->code;
   return run;
