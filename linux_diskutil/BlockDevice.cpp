@@ -1,7 +1,6 @@
 #include "linux_diskutil/BlockDevice.h"
 
 #include <libudev.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -33,24 +32,24 @@ std::string_view Property(udev_device* device, const char* name) {
 }
 
 /// Text that came from a disk, or through udev from its owner, is printable from here on.
-std::string Text(udev_device* device, const char* name) {
+std::string PrintableProperty(udev_device* device, const char* name) {
   return PrintableText(DecodeUdevEscapes(Property(device, name)));
 }
 
 /// Takes over what udev has found out about the device. True when udev knows it: what it does not say then,
 /// the device does not have. Where there is no database, each question costs a look for it.
 bool ReadDescription(udev_device* source, Device& device) {
-  device.tableType = Text(source, "ID_PART_TABLE_TYPE");
-  device.entryType = Text(source, "ID_PART_ENTRY_TYPE");
-  device.fsType = Text(source, "ID_FS_TYPE");
+  device.tableType = PrintableProperty(source, "ID_PART_TABLE_TYPE");
+  device.entryType = PrintableProperty(source, "ID_PART_ENTRY_TYPE");
+  device.fsType = PrintableProperty(source, "ID_FS_TYPE");
   if (udev_device_get_is_initialized(source) <= 0 && device.tableType.empty() && device.entryType.empty() &&
       device.fsType.empty()) {
     return false;
   }
-  device.entryScheme = Text(source, "ID_PART_ENTRY_SCHEME");
-  device.fsUsage = Text(source, "ID_FS_USAGE");
-  device.label = Text(source, "ID_FS_LABEL_ENC");
-  device.uuid = Text(source, "ID_FS_UUID_ENC");
+  device.entryScheme = PrintableProperty(source, "ID_PART_ENTRY_SCHEME");
+  device.fsUsage = PrintableProperty(source, "ID_FS_USAGE");
+  device.label = PrintableProperty(source, "ID_FS_LABEL_ENC");
+  device.uuid = PrintableProperty(source, "ID_FS_UUID_ENC");
   return true;
 }
 
@@ -67,22 +66,21 @@ bool IsPartition(udev_device* device) {
 struct Attachment {
   std::string_view sign;  // part of the device's path in sysfs
   std::string_view protocol;
-  bool external;
-  Device::Origin origin;
+  Device::Location location;
 };
 
 /// The first sign found in the path counts: a card reader on USB is USB.
 constexpr std::array kAttachments = {
-    Attachment{"/virtual/block/loop", "Disk Image", false, Device::Origin::kImage},
+    Attachment{"/virtual/block/loop", "Disk Image", Device::Location::kImage},
     // Below /virtual/ when it has several paths.
-    Attachment{"/nvme", "NVMe", false, Device::Origin::kPhysical},
-    Attachment{"/virtual/", "Virtual", false, Device::Origin::kVirtual},
-    Attachment{"/usb", "USB", true, Device::Origin::kPhysical},
-    Attachment{"/fw", "FireWire", true, Device::Origin::kPhysical},
-    Attachment{"/mmc_host/", "Secure Digital", true, Device::Origin::kPhysical},
-    Attachment{"/ata", "SATA", false, Device::Origin::kPhysical},
-    Attachment{"/virtio", "Virtio", false, Device::Origin::kPhysical},
-    Attachment{"", "SCSI", false, Device::Origin::kPhysical},
+    Attachment{"/nvme", "NVMe", Device::Location::kInternal},
+    Attachment{"/virtual/", "Virtual", Device::Location::kVirtual},
+    Attachment{"/usb", "USB", Device::Location::kExternal},
+    Attachment{"/fw", "FireWire", Device::Location::kExternal},
+    Attachment{"/mmc_host/", "Secure Digital", Device::Location::kExternal},
+    Attachment{"/ata", "SATA", Device::Location::kInternal},
+    Attachment{"/virtio", "Virtio", Device::Location::kInternal},
+    Attachment{"", "SCSI", Device::Location::kInternal},
 };
 
 void DescribeAttachment(udev_device* disk, Device& device) {
@@ -90,13 +88,12 @@ void DescribeAttachment(udev_device* disk, Device& device) {
   const auto& attachment = *std::ranges::find_if(
       kAttachments, [&](const Attachment& each) { return path.find(each.sign) != std::string_view::npos; });
   device.protocol = attachment.protocol;
-  device.external = attachment.external;
-  device.origin = attachment.origin;
-  if (device.protocol == "Secure Digital") {
-    // The same bus carries cards and chips soldered to the board ("MMC").
-    udev_device* card = udev_device_get_parent_with_subsystem_devtype(disk, "mmc", nullptr);
-    device.external = !card || View(udev_device_get_sysattr_value(card, "type")) != "MMC";
-  }
+  device.location = attachment.location;
+  if (device.protocol != "Secure Digital") return;
+  // The same bus carries chips that are soldered to the board.
+  udev_device* card = udev_device_get_parent_with_subsystem_devtype(disk, "mmc", nullptr);
+  if (card && KernelText(udev_device_get_syspath(card), "type") == "MMC\n")
+    device.location = Device::Location::kInternal;
 }
 
 /// The folder of a block device in sysfs, by the way that has no links in it: libudev looks at every step of
@@ -111,12 +108,12 @@ std::string FolderOf(const std::string& name) {
 
 }  // namespace
 
+std::string KernelText(const std::string& folder, const char* attribute) {
+  return ReadPiece(OpenForReading(folder + "/" + attribute), 0, 24);
+}
+
 std::uint64_t KernelNumber(const std::string& folder, const char* attribute) {
-  const Descriptor file = OpenForReading(folder + "/" + attribute);
-  std::array<char, 24> text{};
-  const ssize_t length = file ? TEMP_FAILURE_RETRY(read(file.Fd(), text.data(), text.size())) : 0;
-  if (length < 0) ThrowIfExhausted(folder);
-  return length > 0 ? Number({text.data(), static_cast<std::size_t>(length)}) : 0;
+  return Number(KernelText(folder, attribute));
 }
 
 void BlockDeviceReader::Unref::operator()(udev* context) const {

@@ -16,7 +16,10 @@ namespace diskutil {
 /// The kernel's folder of block devices: a link for each to its own folder.
 constexpr const char* kBlockDevices = "/sys/class/block";
 
-/// A number the kernel keeps for a block device: `attribute` is a file in its folder. 0 when there is none.
+/// What the kernel tells of a device in a short file of its folder, with the line's end. Empty when there is
+/// no such file. Throws std::system_error when we have no descriptor or no memory left.
+std::string KernelText(const std::string& folder, const char* attribute);
+/// The same as a number, 0 for none.
 std::uint64_t KernelNumber(const std::string& folder, const char* attribute);
 
 /// One disk or partition as the kernel's files and udev's database tell of it. A partition does not know its

@@ -9,8 +9,8 @@
 #include "linux_diskutil/Identifier.h"
 #include "linux_diskutil/InfoReport.h"
 #include "linux_diskutil/ListReport.h"
-#include "linux_diskutil/MountTable.h"
 #include "linux_diskutil/Mounter.h"
+#include "linux_diskutil/Mounts.h"
 
 namespace diskutil {
 namespace {
@@ -33,7 +33,7 @@ std::optional<Identifier> LastIdentifier(const std::vector<std::string_view>& wo
 
 /// The mount table knows names and numbers, which another disk may have got by now.
 Outcome Info(const Device& device) {
-  const std::string report = InfoReport(device, MountTable().Find(device));
+  const std::string report = InfoReport(device, MountsOf(device));
   return IdentifierOf(device.number) == device.id ? Outcome{0, report} : NotFound(device.id);
 }
 

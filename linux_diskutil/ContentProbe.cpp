@@ -2,13 +2,10 @@
 
 #include <blkid/blkid.h>
 #include <fcntl.h>
-#include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <memory>
 #include <new>
-#include <string_view>
 #include <type_traits>
 
 #include "linux_diskutil/OpenForReading.h"
@@ -66,12 +63,7 @@ void ProbeContent(const Descriptor& file, Device& device) {
 
 CaseRule ReadCaseRule(const Descriptor& file) {
   constexpr off_t kVolumeHeader = 1024;
-  std::array<char, 2> signature{};
-  const ssize_t length =
-      TEMP_FAILURE_RETRY(pread(file.Fd(), signature.data(), signature.size(), kVolumeHeader));
-  if (length < 0) ThrowIfExhausted("the device");
-  return std::string_view(signature.data(), signature.size()) == "HX" ? CaseRule::kSensitive
-                                                                      : CaseRule::kInsensitive;
+  return ReadPiece(file, kVolumeHeader, 2) == "HX" ? CaseRule::kSensitive : CaseRule::kInsensitive;
 }
 
 }  // namespace diskutil

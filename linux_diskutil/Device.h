@@ -16,7 +16,7 @@ enum class CaseRule { kInsensitive, kSensitive };
 /// takes one from a disk cleans it. Those that the kernel gets to read (`node`, `fsType`) are plain words,
 /// which that leaves alone.
 struct Device {
-  enum class Origin { kPhysical, kImage, kVirtual };
+  enum class Location { kInternal, kExternal, kVirtual, kImage };
 
   Identifier id;
   std::string node;         // device file, such as /dev/sdb2
@@ -24,8 +24,7 @@ struct Device {
   std::uint64_t bytes = 0;  // size
   bool readOnly = false;    // the device itself is write-protected; not looked up for a list
   bool removable = false;   // the medium can be taken out of its drive; not looked up for a list
-  bool external = false;
-  Origin origin = Origin::kPhysical;
+  Location location = Location::kInternal;
   std::string protocol;  // how the disk is attached, such as "USB"
 
   std::string tableType;    // libblkid's name of the partition table it holds, such as "gpt"; empty for none

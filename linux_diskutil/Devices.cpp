@@ -26,16 +26,11 @@ bool IsMainMemory(std::string_view name) {
 void Inherit(Device& partition, const Device& disk) {
   partition.id.disk = disk.id.disk;
   partition.protocol = disk.protocol;
-  partition.external = disk.external;
-  partition.origin = disk.origin;
+  partition.location = disk.location;
 }
 
 std::string_view ParentFolder(std::string_view path) {
   return path.substr(0, path.rfind('/'));
-}
-
-std::string_view NameIn(std::string_view path) {
-  return path.substr(path.rfind('/') + 1);
 }
 
 /// The kernel's name of a partition: sda2, but loop0p2.
@@ -65,10 +60,11 @@ std::vector<BlockDevice> Enumerate() {
   // A partition goes by the name of its disk and its number, as `FindDevice` looks for it.
   for (auto& [path, device, described] : all) {
     if (device.id.partition == 0) continue;
-    const std::string_view folder = ParentFolder(path);
-    const auto disk = disks.find(folder);
-    const bool isOwn = NameIn(path) == PartitionName(NameIn(folder), device.id.partition);
-    if (disk != disks.end() && isOwn) Inherit(device, *disk->second);
+    const auto disk = disks.find(ParentFolder(path));
+    if (disk == disks.end()) continue;
+    const std::string slashAndName(disk->first.substr(disk->first.rfind('/')));
+    if (path == std::string(disk->first) + PartitionName(slashAndName, device.id.partition))
+      Inherit(device, *disk->second);
   }
   // No identifier, or one that could mean two disks, is nothing to mount by.
   std::erase_if(all, [&](const BlockDevice& found) {

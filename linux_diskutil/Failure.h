@@ -16,6 +16,7 @@ struct Failure {
     kGone,
     kTimedOut,
     kServiceDied,
+    kNoMemory,     // and perhaps carried out
     kMountFailed,  // the kernel's reason is not told
     kOther
   };

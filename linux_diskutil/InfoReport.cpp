@@ -24,10 +24,11 @@ std::string FileSystemName(const Device& device) {
 
 }  // namespace
 
-std::string InfoReport(const Device& device, const std::optional<Mount>& mount) {
+std::string InfoReport(const Device& device, const std::vector<Mount>& mounts) {
+  const Mount* const mount = mounts.empty() ? nullptr : &mounts.front();
   return Line("Device Identifier:", device.id.Text()) +                                                  //
          Line("Device Node:", device.node) +                                                             //
-         Line("Mounted:", YesNo(mount.has_value())) +                                                    //
+         Line("Mounted:", YesNo(mount)) +                                                                //
          Line("Volume Name:", device.label) +                                                            //
          Line("Mount Point:", mount ? mount->shownPoint : "") +                                          //
          Line("Partition Type:", device.type) +                                                          //
@@ -35,8 +36,9 @@ std::string InfoReport(const Device& device, const std::optional<Mount>& mount) 
          Line("Volume UUID:", device.uuid) +                                                             //
          Line("Disk Size:", SizeText(device.bytes) + " (" + std::to_string(device.bytes) + " Bytes)") +  //
          Line("Read-Only Volume:", YesNo(mount ? mount->readOnly : device.readOnly)) +                   //
-         Line("Device Location:", device.external ? "External" : "Internal") +                           //
-         Line("Removable Media:", device.removable ? "Removable" : "Fixed") +                            //
+         Line("Device Location:",
+              device.location == Device::Location::kExternal ? "External" : "Internal") +  //
+         Line("Removable Media:", device.removable ? "Removable" : "Fixed") +              //
          Line("Protocol:", device.protocol);
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "linux_diskutil/Device.h"
-#include "linux_diskutil/MountTable.h"
+#include "linux_diskutil/Mounts.h"
 
 namespace diskutil {
 
@@ -13,9 +13,9 @@ namespace diskutil {
 ///
 ///     Mounted:                  Yes
 ///
-/// Facts that the device does not have are left out. "Mounted:" stands before everything that was written on
-/// the disk by somebody else, so that the first place where it is found is the real one whatever the volume
-/// is called.
-std::string InfoReport(const Device& device, const std::optional<Mount>& mount);
+/// Of several mounts the first is told. Facts that the device does not have are left out. "Mounted:" stands
+/// before everything that was written on the disk by somebody else, so that the first place where it is found
+/// is the real one whatever the volume is called.
+std::string InfoReport(const Device& device, const std::vector<Mount>& mounts);
 
 }  // namespace diskutil

@@ -24,13 +24,18 @@ std::string Row(const std::string& number, const std::string& type, const std::s
          AlignLeft(name, kNameAndSize - sizeField.size()) + sizeField + "   " + identifier + "\n";
 }
 
-std::string HeadLine(const Device& disk) {
-  std::string kind = "disk image";
-  if (disk.origin != Device::Origin::kImage) {
-    kind = disk.external ? "external" : "internal";
-    kind += disk.origin == Device::Origin::kPhysical ? ", physical" : ", virtual";
+std::string Kind(Device::Location location) {
+  switch (location) {
+    case Device::Location::kInternal:
+      return "internal, physical";
+    case Device::Location::kExternal:
+      return "external, physical";
+    case Device::Location::kVirtual:
+      return "internal, virtual";
+    case Device::Location::kImage:
+      break;
   }
-  return "/dev/" + disk.id.Text() + " (" + kind + "):\n";
+  return "disk image";
 }
 
 }  // namespace
@@ -41,7 +46,8 @@ std::string ListReport(const std::vector<Device>& devices) {
     const bool wholeDisk = device.id.partition == 0;
     if (wholeDisk) {
       if (!text.empty()) text += '\n';
-      text += HeadLine(device) + Row("#:", "TYPE", "NAME", "SIZE", "IDENTIFIER");
+      text += "/dev/" + device.id.Text() + " (" + Kind(device.location) + "):\n" +
+              Row("#:", "TYPE", "NAME", "SIZE", "IDENTIFIER");
     }
     // A star marks the size of what is cut into partitions. A disk that is one volume is a row like any
     // other.

@@ -2,14 +2,20 @@
 
 #include <unistd.h>
 
+#include <chrono>
+#include <exception>
 #include <fstream>
+#include <new>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "linux_diskutil/Devices.h"
 #include "linux_diskutil/KernelMount.h"
-#include "linux_diskutil/MountTable.h"
+#include "linux_diskutil/Mounts.h"
 #include "linux_diskutil/OpenForReading.h"
 
 namespace diskutil {
@@ -46,7 +52,7 @@ bool KernelKnows(const std::string& fsType) {
   return !list.is_open() || list.bad();
 }
 
-std::string Reason(const Failure& failure, const Device& device) {
+std::string Explain(const Failure& failure, const Device& device) {
   switch (failure.reason) {
     case Failure::Reason::kNoService:
       return "UDisks2 is not running, and without it only root can do this";
@@ -62,6 +68,8 @@ std::string Reason(const Failure& failure, const Device& device) {
       return "no answer from UDisks2 in time, it may still be at work";
     case Failure::Reason::kServiceDied:
       return "UDisks2 ended before it answered";
+    case Failure::Reason::kNoMemory:
+      return "there is no memory left";
     case Failure::Reason::kGone:
     case Failure::Reason::kMountFailed:
     case Failure::Reason::kOther:
@@ -73,7 +81,38 @@ std::string Reason(const Failure& failure, const Device& device) {
 /// Our request may have been carried out.
 bool MayBeDone(const MaybeFailure& failure) {
   return !failure || failure->reason == Failure::Reason::kTimedOut ||
-         failure->reason == Failure::Reason::kServiceDied;
+         failure->reason == Failure::Reason::kServiceDied || failure->reason == Failure::Reason::kNoMemory;
+}
+
+/// Makes a request. With no memory for the answer, what became of it still has to be looked at.
+template <class Request>
+auto Ask(Request request) -> decltype(request()) {
+  try {
+    return request();
+  } catch (const std::bad_alloc&) {
+    return {Failure{Failure::Reason::kNoMemory, {}}};
+  }
+}
+
+struct State {
+  std::vector<Mount> mounts;
+  std::optional<Identifier> owner;  // of the device's number
+};
+
+/// What has become of the device once a service may have been at work. Something may have to be taken back
+/// then, so a shortage of descriptors or memory gets a moment to pass. Throws when it does not.
+State LookAfterwards(const Device& device) {
+  constexpr auto kPause = std::chrono::milliseconds(100);
+  for (int triesLeft = 10;; --triesLeft) {
+    try {
+      // In this order: a number that is still the disk's has been so all the time.
+      auto mounts = MountsOf(device);
+      return {std::move(mounts), IdentifierOf(device.number)};
+    } catch (const std::exception&) {
+      if (triesLeft == 0) throw;
+    }
+    std::this_thread::sleep_for(kPause);
+  }
 }
 
 /// Instead of the disk that was meant, `other` was there when our request was carried out, or may have been.
@@ -85,14 +124,14 @@ Outcome TakenOver(const Device& device, const Identifier& other, const std::stri
 Outcome Failed(std::string_view verb, const Failure& failure, const Device& device) {
   if (failure.reason == Failure::Reason::kGone) return NotFound(device.id);
   return {1,
-          "Could not " + std::string(verb) + " " + device.id.Text() + ": " + Reason(failure, device) + "\n"};
+          "Could not " + std::string(verb) + " " + device.id.Text() + ": " + Explain(failure, device) + "\n"};
 }
 
 }  // namespace
 
 MountAttempt Mounter::TryMount(const Device& device) const {
   const auto isStillMeant = [&] { return IsStillThere(device); };
-  MountAttempt attempt = udisks_.Mount(device.number, isStillMeant);
+  MountAttempt attempt = Ask([&] { return udisks_.Mount(device.number, isStillMeant); });
   MaybeFailure& failure = attempt.failure;
   if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
     attempt = isStillMeant() ? KernelMount(device) : MountAttempt{Failure{Failure::Reason::kGone, {}}};
@@ -105,15 +144,13 @@ MountAttempt Mounter::TryMount(const Device& device) const {
 
 Outcome Mounter::Mount(const Device& device) const {
   const Descriptor held = HoldName(device);
-  if (const auto mount = MountTable().Find(device); mount && IsStillThere(device))
-    return {0, Subject(device) + " is already " + WhereMounted(*mount) + "\n"};
+  if (const auto mounts = MountsOf(device); !mounts.empty() && IsStillThere(device))
+    return {0, Subject(device) + " is already " + WhereMounted(mounts.front()) + "\n"};
   const MountAttempt attempt = TryMount(device);
-  // In this order: a number that is still the disk's has been so all the time.
-  const auto mount = MountTable().Find(device);
-  const auto owner = IdentifierOf(device.number);
+  const auto [mounts, owner] = LookAfterwards(device);
   if (!owner) return NotFound(device.id);
   if (*owner != device.id) return TakeBack(attempt, device, *owner);
-  if (mount) return {0, Subject(device) + " " + WhereMounted(*mount) + "\n"};
+  if (!mounts.empty()) return {0, Subject(device) + " " + WhereMounted(mounts.front()) + "\n"};
   return Failed(
       "mount", attempt.failure.value_or(Failure{Failure::Reason::kOther, "it did not stay mounted"}), device);
 }
@@ -123,9 +160,10 @@ Outcome Mounter::TakeBack(const MountAttempt& attempt, const Device& device, con
   other.id = owner;
   other.number = device.number;
   // Only what we mounted ourselves: the desktop may have mounted the new disk, as it was plugged in.
-  const auto ours = [&] {
-    auto mount = MountTable().Find(other);
-    return mount && mount->point == attempt.point ? mount : std::nullopt;
+  const auto ours = [&]() -> std::optional<diskutil::Mount> {
+    for (const auto& mount : LookAfterwards(other).mounts)
+      if (mount.point == attempt.point) return mount;
+    return std::nullopt;
   };
   const auto mount = ours();
   if (!mount)
@@ -135,14 +173,14 @@ Outcome Mounter::TakeBack(const MountAttempt& attempt, const Device& device, con
   if (!ours()) return TakenOver(device, owner, "was mounted, and is unmounted again");
   return TakenOver(device, owner,
                    "was mounted at " + mount->shownPoint +
-                       ", where it still is: " + Reason(failure.value_or(Failure{}), other));
+                       ", where it still is: " + Explain(failure.value_or(Failure{}), other));
 }
 
 MaybeFailure Mounter::TryUnmount(const Device& device, const diskutil::Mount& mount) const {
   // Unmounting goes by the folder, and the folder belongs to another volume now.
   if (mount.covered) return Failure{Failure::Reason::kBusy, {}};
   const auto isStillMeant = [&] { return IsStillThere(device); };
-  MaybeFailure failure = udisks_.Unmount(mount.number, isStillMeant);
+  MaybeFailure failure = Ask([&] { return udisks_.Unmount(mount.number, isStillMeant); });
   if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
     failure = isStillMeant() ? KernelUnmount(mount.point) : Failure{Failure::Reason::kGone, {}};
   if (!failure && IsRoot()) RemoveKernelMountPoint(mount.point);
@@ -151,23 +189,22 @@ MaybeFailure Mounter::TryUnmount(const Device& device, const diskutil::Mount& mo
 
 Outcome Mounter::Unmount(const Device& device) const {
   const Descriptor held = HoldName(device);
-  int count = MountTable().Count(device);
+  auto mounts = MountsOf(device);
   if (!IsStillThere(device)) return NotFound(device.id);
-  if (count == 0) return {0, Subject(device) + " is not mounted\n"};
+  if (mounts.empty()) return {0, Subject(device) + " is not mounted\n"};
   // A volume may be mounted at several places. Each round must take one of them away.
-  while (const auto mount = MountTable().Find(device)) {
-    const MaybeFailure failure = TryUnmount(device, *mount);
-    const int left = MountTable().Count(device);
-    const auto owner = IdentifierOf(device.number);
+  while (!mounts.empty()) {
+    const MaybeFailure failure = TryUnmount(device, mounts.front());
+    auto [left, owner] = LookAfterwards(device);
     if (owner && *owner != device.id)
       return MayBeDone(failure) ? TakenOver(device, *owner, "may have been unmounted") : NotFound(device.id);
     // A disk image may be given up with its last mount: gone, and nothing in its place, is as good.
-    if (!owner && (failure || left > 0)) return NotFound(device.id);
-    if (left >= count) {
+    if (!owner && (failure || !left.empty())) return NotFound(device.id);
+    if (left.size() >= mounts.size()) {
       return Failed("unmount", failure.value_or(Failure{Failure::Reason::kOther, "it is still mounted"}),
                     device);
     }
-    count = left;
+    mounts = std::move(left);
   }
   return {0, Subject(device) + " unmounted\n"};
 }

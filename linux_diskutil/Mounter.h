@@ -2,7 +2,7 @@
 
 #include "linux_diskutil/Device.h"
 #include "linux_diskutil/Failure.h"
-#include "linux_diskutil/MountTable.h"
+#include "linux_diskutil/Mounts.h"
 #include "linux_diskutil/Outcome.h"
 #include "linux_diskutil/Udisks.h"
 

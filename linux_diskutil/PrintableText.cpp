@@ -45,7 +45,6 @@ std::string Composed(const std::string& text) {
 
 std::string PrintableText(std::string_view bytes) {
   std::string clean;
-  clean.reserve(bytes.size());
   bool plain = true;
   while (!bytes.empty()) {
     utf8proc_int32_t point = 0;
@@ -72,7 +71,6 @@ std::string PrintableText(std::string_view bytes) {
 
 std::string DecodeUdevEscapes(std::string_view text) {
   std::string bytes;
-  bytes.reserve(text.size());
   while (!text.empty()) {
     unsigned value = 0;
     if (text.size() >= 4 && text.starts_with("\\x") &&

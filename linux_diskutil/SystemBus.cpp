@@ -26,11 +26,11 @@ const SdBus& SdBusLibrary() {
     SdBus made;
     errno = 0;
     void* handle = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL);
-    if (!handle) ThrowIfExhausted("libsystemd");
-    made.complete = handle != nullptr;
-#define DRAVIK_LOOK_UP(name)                                                                  \
-  made.name = handle ? reinterpret_cast<decltype(made.name)>(dlsym(handle, #name)) : nullptr; \
-  made.complete = made.complete && made.name;
+    if (!handle) {
+      ThrowIfExhausted("libsystemd");
+      return made;
+    }
+#define DRAVIK_LOOK_UP(name) made.name = reinterpret_cast<decltype(made.name)>(dlsym(handle, #name));
     DRAVIK_SD_BUS_FUNCTIONS(DRAVIK_LOOK_UP)
 #undef DRAVIK_LOOK_UP
     return made;
@@ -39,7 +39,7 @@ const SdBus& SdBusLibrary() {
 }
 
 Connection Connect(std::chrono::microseconds limit) {
-  if (!SdBusLibrary().complete) return {};
+  if (!SdBusLibrary().sd_bus_new) return {};
   sd_bus* made = nullptr;
   ThrowIfNegative(SdBusLibrary().sd_bus_new(&made));
   Bus bus(made);
@@ -51,14 +51,13 @@ Connection Connect(std::chrono::microseconds limit) {
   if (started == -ENOENT || started == -ECONNREFUSED) return {};
   ThrowIfNegative(started);
   const auto end = std::chrono::steady_clock::now() + limit;
-  while (SdBusLibrary().sd_bus_is_ready(made) == 0) {
+  while (ThrowIfNegative(SdBusLibrary().sd_bus_is_ready(made)) == 0) {
     if (ThrowIfNegative(SdBusLibrary().sd_bus_process(made, nullptr)) > 0) continue;
     const auto left =
         std::chrono::duration_cast<std::chrono::microseconds>(end - std::chrono::steady_clock::now());
     if (left.count() <= 0) return {nullptr, true};
     ThrowIfNegative(SdBusLibrary().sd_bus_wait(made, static_cast<std::uint64_t>(left.count())));
   }
-  ThrowIfNegative(SdBusLibrary().sd_bus_is_ready(made));
   return {std::move(bus)};
 }
 

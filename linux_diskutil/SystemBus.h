@@ -36,10 +36,9 @@ struct SdBus {
 #define DRAVIK_DECLARE(name) decltype(&::name) name = nullptr;
   DRAVIK_SD_BUS_FUNCTIONS(DRAVIK_DECLARE)
 #undef DRAVIK_DECLARE
-  bool complete = false;
 };
 
-/// Loads the library when it is called first. Not complete where there is none.
+/// Loads the library when it is called first. Nothing but nullptr where there is none.
 const SdBus& SdBusLibrary();
 
 struct BusUnref {

@@ -2,9 +2,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
+#include <cstdio>
 #include <exception>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -32,7 +31,7 @@ bool Write(int file, std::string_view text) {
 
 int main(int count, char** words) try {
   if (!CleanStart()) {
-    Write(STDERR_FILENO, std::string("Could not open /dev/null: ") + std::strerror(errno) + "\n");
+    std::perror("Could not open /dev/null");
     return 1;
   }
 
@@ -44,10 +43,9 @@ int main(int count, char** words) try {
   }
   // Some file systems tell only at the close that they had no room.
   if (Write(STDOUT_FILENO, outcome.text) && close(STDOUT_FILENO) == 0) return 0;
-  Write(STDERR_FILENO, std::string("Could not write the result: ") + std::strerror(errno) + "\n");
+  std::perror("Could not write the result");
   return 1;
 } catch (const std::exception& error) {  // no memory, not even for the words
-  Write(STDERR_FILENO, error.what());
-  Write(STDERR_FILENO, "\n");
+  std::fprintf(stderr, "%s\n", error.what());
   return 1;
 }

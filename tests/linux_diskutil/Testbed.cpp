@@ -31,8 +31,10 @@ Testbed::Testbed() : bed_(umockdev_testbed_new(), g_object_unref), root_(getenv(
     std::filesystem::create_directories(folder);
     std::ofstream(folder + "/dev") << member.substr(5) << '\n';
   }
-  for (const char* noMember : {"features", "uuid/devices/pulled_out"})
-    std::filesystem::create_directories(root_ + "/sys/fs/btrfs/" + noMember);
+  for (const char* folder :
+       {"/sys/fs/btrfs/features", "/sys/fs/btrfs/uuid/devices/pulled_out", "/dev/disk/by-diskseq"})
+    std::filesystem::create_directories(root_ + folder);
+  std::filesystem::create_symlink("../../sda", root_ + "/dev/disk/by-diskseq/7");  // an old one
   SetMounts("");
   using Folder = std::filesystem::directory_iterator;
   EXPECT_EQ(std::distance(Folder("/sys/class/block"), Folder()), 12) << "not the disks of devices.umockdev";
