@@ -6,10 +6,10 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
-#include <new>
 #include <string_view>
 #include <system_error>
 
+#include "linux_diskutil/NotNull.h"
 #include "linux_diskutil/OpenForReading.h"
 #include "linux_diskutil/PrintableText.h"
 
@@ -120,9 +120,7 @@ void BlockDeviceReader::Unref::operator()(udev* context) const {
   udev_unref(context);
 }
 
-BlockDeviceReader::BlockDeviceReader() : context_(udev_new()) {
-  if (!context_) throw std::bad_alloc();
-}
+BlockDeviceReader::BlockDeviceReader() : context_(NotNull(udev_new())) {}
 
 std::optional<BlockDevice> BlockDeviceReader::Read(const std::string& name) const {
   const std::string folder = FolderOf(name);

@@ -5,9 +5,9 @@
 
 #include <cerrno>
 #include <memory>
-#include <new>
 #include <type_traits>
 
+#include "linux_diskutil/NotNull.h"
 #include "linux_diskutil/OpenForReading.h"
 #include "linux_diskutil/PrintableText.h"
 
@@ -41,8 +41,7 @@ void AskForBothEnds(const Descriptor& file, off_t size) {
 
 void ProbeContent(const Descriptor& file, Device& device) {
   AskForBothEnds(file, static_cast<off_t>(device.bytes));
-  const Probe probe(blkid_new_probe());
-  if (!probe) throw std::bad_alloc();
+  const Probe probe(NotNull(blkid_new_probe()));
   errno = 0;
   if (blkid_probe_set_device(probe.get(), file.Fd(), 0, 0) != 0) return ThrowIfExhausted(device.node);
   blkid_probe_enable_superblocks(probe.get(), 1);

@@ -141,10 +141,7 @@ std::optional<Device> FindDevice(const Identifier& id) {
   if (found->device.id != id) return std::nullopt;
   found->device.readOnly = KernelNumber(found->folder, "ro") != 0;
   found->device.removable = KernelNumber(disk->folder, "removable") != 0;
-  Device device = Complete(std::move(*found));
-  // Another disk may have taken the name while we were reading.
-  if (SequenceOf(name) != id.disk) return std::nullopt;
-  return device;
+  return Complete(std::move(*found));
 }
 
 std::optional<Identifier> IdentifierOf(dev_t number) {

@@ -16,7 +16,8 @@ namespace diskutil {
 /// when the devices cannot be listed at all.
 std::vector<Device> ListDevices();
 
-/// The device that carries this identifier now, or nothing. Throws like `ListDevices`.
+/// The device that carries this identifier, or nothing. Throws like `ListDevices`. Another disk may take its
+/// place at any time, also while it is read: whoever acts on it, or tells of it, asks `IdentifierOf` then.
 std::optional<Device> FindDevice(const Identifier& id);
 
 /// The identifier that belongs to a device number at this moment. Nothing for a drive without a medium.

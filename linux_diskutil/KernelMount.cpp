@@ -7,11 +7,11 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string_view>
 #include <utility>
 
 #include "linux_diskutil/Identifier.h"
+#include "linux_diskutil/NotNull.h"
 
 namespace diskutil {
 namespace {
@@ -22,11 +22,8 @@ struct FreeContext {
 using Context = std::unique_ptr<libmnt_context, FreeContext>;
 
 Context MakeContext() {
-  Context context(mnt_new_context());
-  if (!context) throw std::bad_alloc();
+  Context context(NotNull(mnt_new_context()));
   mnt_context_disable_helpers(context.get(), 1);
-  mnt_context_disable_mtab(context.get(), 1);
-  mnt_context_disable_canonicalize(context.get(), 1);
   return context;
 }
 

@@ -16,7 +16,8 @@ namespace diskutil {
 MountAttempt KernelMount(const Device& device);
 MaybeFailure KernelUnmount(const std::string& mountPoint);
 
-/// Removes the folder where a volume was mounted, if it is one that `KernelMount` made and it is empty.
+/// Removes the folder where a volume was mounted, if it is one that `KernelMount` made, and it is empty and no
+/// longer in use.
 void RemoveKernelMountPoint(const std::string& mountPoint);
 
 }  // namespace diskutil

@@ -102,8 +102,8 @@ struct State {
 /// What has become of the device once a service may have been at work. Something may have to be taken back
 /// then, so a shortage of descriptors or memory gets a moment to pass. Throws when it does not.
 State LookAfterwards(const Device& device) {
-  constexpr auto kPause = std::chrono::milliseconds(100);
-  for (int triesLeft = 10;; --triesLeft) {
+  constexpr auto kPause = std::chrono::milliseconds(10);
+  for (int triesLeft = 100;; --triesLeft) {
     try {
       // In this order: a number that is still the disk's has been so all the time.
       auto mounts = MountsOf(device);
@@ -183,7 +183,7 @@ MaybeFailure Mounter::TryUnmount(const Device& device, const diskutil::Mount& mo
   MaybeFailure failure = Ask([&] { return udisks_.Unmount(mount.number, isStillMeant); });
   if (failure && failure->reason == Failure::Reason::kNoService && IsRoot())
     failure = isStillMeant() ? KernelUnmount(mount.point) : Failure{Failure::Reason::kGone, {}};
-  if (!failure && IsRoot()) RemoveKernelMountPoint(mount.point);
+  RemoveKernelMountPoint(mount.point);
   return failure;
 }
 

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
-#include <new>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -15,6 +14,7 @@
 
 #include "linux_diskutil/BlockDevice.h"
 #include "linux_diskutil/Folder.h"
+#include "linux_diskutil/NotNull.h"
 #include "linux_diskutil/PrintableText.h"
 
 namespace diskutil {
@@ -70,8 +70,7 @@ struct Free {
 std::vector<Mount> MountsOf(const Device& device) {
   const std::unique_ptr<libmnt_table, Free> table(mnt_new_table_from_file("/proc/self/mountinfo"));
   if (!table) throw std::system_error(errno, std::generic_category(), "Could not read the mount table");
-  const std::unique_ptr<libmnt_iter, Free> iterator(mnt_new_iter(MNT_ITER_FORWARD));
-  if (!iterator) throw std::bad_alloc();
+  const std::unique_ptr<libmnt_iter, Free> iterator(NotNull(mnt_new_iter(MNT_ITER_FORWARD)));
   std::vector<Mount> mounts;
   std::optional<Members> members;  // read when there is a btrfs
   libmnt_fs* fs = nullptr;

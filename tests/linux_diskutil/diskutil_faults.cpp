@@ -2,7 +2,9 @@
 // it fails, the tool ends by itself: with its whole result, or with a line that says why not.
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <poll.h>
+#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -14,6 +16,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "tests/faults/Faults.h"
 #include "tests/linux_diskutil/Testbed.h"
@@ -43,29 +46,65 @@ CALL(int, -1, ppoll, (pollfd* files, nfds_t count, const timespec* wait, const s
 CALL(void*, nullptr, __wrap_malloc, (std::size_t size), (size), ENOMEM)
 // clang-format on
 
-/// Nobody here is root, whose tool would mount without UDisks2.
-extern "C" uid_t geteuid() noexcept {
-  return 1000;
+namespace {
+
+std::string mounted;
+const Testbed* bed = nullptr;
+bool asRoot = false;  // on a system without UDisks2
+
+/// What only root may call.
+int CallKernel(const char* call, const std::string& mountsAfterwards) {
+  static constexpr int kErrors[] = {EIO, ENOMEM};
+  if ((errno = faults::Strike(call, kErrors)) != 0) return -1;
+  const faults::Spare spare;
+  bed->SetMounts(mountsAfterwards);
+  return 0;
+}
+
+}  // namespace
+
+extern "C" {
+uid_t geteuid() noexcept {
+  return asRoot ? 0 : 1000;
+}
+int mount(const char*, const char*, const char*, unsigned long, const void*) noexcept {
+  return CallKernel("mount", mounted);
+}
+int umount(const char*) noexcept {
+  return CallKernel("umount", "");
+}
+int mkdir(const char* path, mode_t mode) noexcept {
+  return std::string_view(path).starts_with("/media") ? CallKernel("mkdir", "")
+                                                      : mkdirat(AT_FDCWD, path, mode);
+}
+int rmdir(const char* path) noexcept {
+  return std::string_view(path).starts_with("/media") ? 0 : unlinkat(AT_FDCWD, path, AT_REMOVEDIR);
+}
 }
 
 int DiskutilMain(int count, char** words);
 
 int main() {
-  const Testbed bed;
+  const Testbed testbed;
+  bed = &testbed;
   std::string home = std::filesystem::temp_directory_path() / "dravik-faults-XXXXXX";
   if (!mkdtemp(home.data())) return 1;
   std::filesystem::current_path(home);
+  mounted = "36 20 8:18 / " + home + " rw - hfsplus /dev/sdb2 rw\n";
   bool passed = true;
-  for (const char* verb : {"list", "info", "mount", "unMount"}) {
-    const std::string mounted = "36 20 8:18 / /media/Backup rw - hfsplus /dev/sdb2 rw\n";
-    const bool isList = verb == std::string("list"), isMount = verb == std::string("mount");
+  setenv("LIBMOUNT_FORCE_MOUNT2", "always", 1);  // the one system call, where libmount knows a newer way
+  for (const std::string session : {"list", "info", "mount", "unMount", "mount as root", "unMount as root"}) {
+    const std::string verb = session.substr(0, session.find(' '));
+    const bool isList = verb == "list", isMount = verb == "mount";
+    asRoot = verb != session;
     std::unique_ptr<UdisksMock> service;
     const auto prepare = [&] {
-      bed.SetMounts(isMount ? "" : mounted);
-      if (isList || verb == std::string("info")) return;
+      testbed.SetMounts(isMount ? "" : mounted);
+      if (!verb.ends_with("ount")) return;
       service.reset();
-      const UdisksMock::Answer done{"", [&] { bed.SetMounts(isMount ? mounted : ""); }};
-      service = std::make_unique<UdisksMock>(makedev(8, 18), std::deque{done});
+      const UdisksMock::Answer done{"", [&] { testbed.SetMounts(isMount ? mounted : ""); }};
+      service =
+          std::make_unique<UdisksMock>(asRoot ? UdisksMock::kNoDevice : makedev(8, 18), std::deque{done});
     };
     const auto play = [&] {
       std::string words[] = {"diskutil", verb, "disk7s2"};
@@ -80,7 +119,7 @@ int main() {
       const bool canTell = !WIFEXITED(run.status) || run.struck != std::string("write") || run.code == EINTR;
       return canTell ? run.WhatIsWrong(good) : nullptr;
     };
-    passed &= faults::FailEachCall({verb, prepare, play, judge}, 200);
+    passed &= faults::FailEachCall({session.c_str(), prepare, play, judge}, 200);
   }
   std::filesystem::remove_all(home);
   return passed ? 0 : 1;
