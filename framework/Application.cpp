@@ -115,7 +115,6 @@ void Application::RunEventLoop() {
   RunState& run = TheRun();
   EventLoop::Run();
   if (run.displayGone) LeaveWithoutDisplay();
-  EventLoop::BeginQuit();
   Thread::EndAll();
 
   const Baton::Turn turn;

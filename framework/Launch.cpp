@@ -60,9 +60,9 @@ Lookup FindCommand(const std::string& name, const std::string& path, const std::
 /// What the child gets besides its words.
 class SpawnPlan {
  public:
-  SpawnPlan(int inputFd, int outputFd) {
+  explicit SpawnPlan(int outputFd) {
     posix_spawn_file_actions_init(&actions_);
-    Need(posix_spawn_file_actions_adddup2(&actions_, inputFd, STDIN_FILENO));
+    Need(posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     Need(posix_spawn_file_actions_adddup2(&actions_, outputFd, STDOUT_FILENO));
 
     posix_spawnattr_init(&attributes_);
@@ -150,9 +150,8 @@ struct Launch::Job {
     const std::lock_guard lock(mutex);
     return abandoned;
   }
-  Outcome Fail(int status, int error) const { return Fail(status, error, words.front().c_str()); }
-  Outcome Fail(int status, int error, const char* culprit) const {
-    std::fprintf(stderr, "%s: %s\n", culprit, std::strerror(error));
+  Outcome Fail(int status, int error) const {
+    std::fprintf(stderr, "%s: %s\n", words.front().c_str(), std::strerror(error));
     return {-1, status, outlet, {}};
   }
   Outcome Start();
@@ -175,11 +174,9 @@ Launch::Outcome Launch::Job::Start() {
     started.output = pipe.TakeReadEnd();
     fcntl(started.output.Fd(), F_SETFL, O_NONBLOCK);
   }
-  const Descriptor input(open("/dev/null", O_RDONLY | O_CLOEXEC));
-  if (!input) return Fail(kCannotRun, errno, "/dev/null");
   if (IsAbandoned()) return {};
   const int outputFd = started.outlet == Outlet::kFile ? started.output.Fd() : pipe.WriteFd();
-  if (const int error = SpawnPlan(input.Fd(), outputFd).Spawn(started.pid, command.path, words); error != 0)
+  if (const int error = SpawnPlan(outputFd).Spawn(started.pid, command.path, words); error != 0)
     return Fail(kCannotRun, error);
   return started;
 }

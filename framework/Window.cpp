@@ -131,7 +131,6 @@ void Window::AddControl(const Ref<Control>& control, const String& name, const P
   control->Apply(place);
   control->StandIn(this);
   controls_.push_back(control);
-  MarkStale();
 }
 
 Ref<Control> Window::ControlNamed(const String& name) const {

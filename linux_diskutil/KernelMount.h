@@ -16,7 +16,7 @@ namespace diskutil {
 MountAttempt KernelMount(const Device& device);
 MaybeFailure KernelUnmount(const std::string& mountPoint);
 
-/// Removes the folder where a volume was mounted, if it is one that `KernelMount` made, and it is empty and no
+/// Removes the folder where a volume was mounted, if it is one that `KernelMount` made, is empty and is no
 /// longer in use.
 void RemoveKernelMountPoint(const std::string& mountPoint);
 

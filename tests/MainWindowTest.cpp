@@ -143,7 +143,8 @@ TEST_F(MainWindow, AFailedListEndsTheProgramWithItsSettingsSaved) {
     EXPECT_TRUE(IsOpen("Window2"));
     EXPECT_EQ(Read([] { return Window1()->ListBox1()->ListCount(); }), 0);
   });
-  EXPECT_EQ(RunProgram([] { PumpUntil([] { return false; }); }), 0);
+  EXPECT_EQ(RunProgram([] { EXPECT_TRUE(PumpUntil([] { return EventLoop::Quitting(); })) << "it goes on"; }),
+            0);
   EXPECT_EQ(TheStage().messages, std::vector<std::string>{"Error code: 2"});
   EXPECT_EQ(Calls(), std::vector<std::string>{"list"});
   EXPECT_EQ(ReadPrefs().find("# Dravik's preferences version\n1.3\n# Scan on startup\nyes\n"), 0u);

@@ -175,7 +175,6 @@ WindowView* QtToolkit::Find(const Window* window) const {
 }
 
 WindowView* QtToolkit::Front() const {
-  if (auto* active = dynamic_cast<WindowView*>(QApplication::activeWindow())) return active;
   if (lastActive_ && lastActive_->isVisible()) return lastActive_;
   return views_.empty() ? nullptr : views_.back().get();
 }

@@ -173,7 +173,9 @@ int main() {
     const bool kept = now == kPreferences || now == NewPreferences("yes") || now == NewPreferences("no");
     // There was not even the memory to open them, and the person knows.
     const bool unopened = run.code == ENOMEM && run.told.find("bad_alloc") != std::string::npos;
-    return WIFEXITED(run.status) && !kept && !unopened ? "the settings are lost" : run.WhatIsWrong(good);
+    if (WIFEXITED(run.status) && !kept && !unopened) return "the settings are lost";
+    const bool misled = run.told.find("Error code: 127") != std::string::npos;
+    return misled ? "a tool that is there is said to be missing" : run.WhatIsWrong(good);
   };
   const auto prepare = [] { std::ofstream("Dravik.prefs") << kPreferences; };
   const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 150);

@@ -26,7 +26,9 @@
 #include "app/MenuBar1.h"
 #include "bench/BareWindow.h"
 #include "framework/EventLoop.h"
+#include "framework/Shell.h"
 #include "framework/Toolkit.h"
+#include "framework/qt/WindowView.h"
 #include "tests/headless/ProgramFixture.h"
 #include "windows/Window3.h"
 
@@ -346,6 +348,22 @@ TEST_F(Screen, KeepsTheUsersInputUntilTheHandlerEnds) {
     EXPECT_EQ(Calls().back(), "info|disk7s3");
     EXPECT_TRUE(QTest::qWaitFor([&] { return !sheet; }));
     EXPECT_TRUE(PumpUntil([&] { return Calls().size() == 6; })) << "the click in the queue was lost";
+  });
+}
+
+TEST_F(Screen, ShowsTheFeedbackBeforeTheToolRuns) {
+  RunAfterScan([&] {
+    bool painted = false;
+    Shell::InstallRunner([&](const String&) {
+      const auto* sheet = WithText<QLabel>("Executing the command 'diskutil mount'");
+      painted = sheet && dynamic_cast<WindowView*>(sheet->window())->Painted();
+      return Shell::Outcome();
+    });
+    Click(List()->viewport(), InRow(1));
+    Click(Button("Mount"));
+    EXPECT_TRUE(painted);
+    QApplication::sendEvent(qApp, std::make_unique<QEvent>(QEvent::Quit).get());  // as the desktop does
+    EXPECT_TRUE(EventLoop::Quitting());
   });
 }
 
