@@ -1,4 +1,8 @@
-// The whole of one file format, so that nobody has to look for a second half of it.
+// The whole of one file format, so that nobody has to look for a second half of it. What its parts earn:
+// `Cursor` checks every bound, so nothing behind it has to. The ways of storing pixels are those that drawing
+// programs write. Settings, comments and regions are passed over, as hardly a file is without them. Pixels
+// are scaled because a file may draw them at another size than it holds them. The limits are against small
+// files that take much memory or time.
 #include "framework/PictReader.h"
 
 #include <algorithm>
