@@ -1,6 +1,7 @@
 #include "framework/Window.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/Screen.h"
 
@@ -78,9 +79,8 @@ void Window::Show() {
 }
 
 void Window::Close() {
-  if (!open_) return;
+  if (!std::exchange(open_, false)) return;
   const Ref<Window> self(this);
-  open_ = false;
   const struct Ending {
     Window& window;
     ~Ending() { window.End(); }
@@ -90,7 +90,6 @@ void Window::Close() {
 
 /// Takes the window from the register and its controls from their users.
 void Window::End() {
-  open_ = false;
   for (const auto& control : controls_) control->StandIn(nullptr);
   std::erase_if(Windows(), [this](const Ref<Window>& open) { return open.Get() == this; });
   Screen::Installed().MarkOutOfDate();
