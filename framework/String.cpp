@@ -113,8 +113,9 @@ void String::Resize(std::size_t capacity) {
 }
 
 String::String(std::string_view utf8) {
-  if (utf8.size() < 2) {
-    if (utf8.empty()) return;
+  if (utf8.empty()) return;
+  const auto first = ReadSequence(utf8);
+  if (utf8.size() == (first ? first->length : 1)) {
     size_ = 1;
     Decode(utf8, &held_.single);
   } else if (IsAscii(utf8)) {
@@ -125,13 +126,7 @@ String::String(std::string_view utf8) {
     // Room that nothing is written to takes no memory, and goes back.
     held_.shared = Allocate(utf8.size(), true);
     size_ = static_cast<std::size_t>(Decode(utf8, held_.shared->Wide()) - held_.shared->Wide());
-    if (IsShared()) {
-      Resize(size_);
-    } else {
-      Shared* const one = held_.shared;
-      held_.single = *one->Wide();
-      Free(one);
-    }
+    Resize(size_);
   }
 }
 

@@ -166,10 +166,12 @@ TEST_F(ShellTest, TakesOutputHoweverItComes) {
   Script("bin/late", "#!/bin/sh\n(while kill -0 $$; do :; done 2>&-; echo late) &\necho out\nexit 4\n");
   Script("bin/bytes", "#!/bin/sh\nprintf '\\377\\300\\0\\n\\r\\200'\n");
   Script("bin/asks", "#!/bin/sh\nread answer && echo \"$answer\"\nexit 5\n");
+  Script("bin/reopens", "#!/bin/sh\necho 1 >/dev/stdout\necho 2\n");
   Script("bin/slow", "#!/bin/sh\nfor i in 1 2 3; do sleep 0.05; printf $i; done\n");
   EXPECT_EQ(OnBoth("closes"), (Outcome{3, ""}));
   EXPECT_EQ(OnBoth("bytes"), (Outcome{0, std::string("\xFF\xC0\0\n\r\x80", 6)}));
   EXPECT_EQ(OnBoth("asks"), (Outcome{5, ""}));
+  EXPECT_EQ(OnBoth("reopens"), (Outcome{0, "1\n2\n"}));
   EXPECT_EQ(OnBoth("slow"), (Outcome{0, "123"}));
   EXPECT_EQ(OnBoth("late"), (Outcome{4, "out\nlate\n"}));
   EXPECT_EQ(OnMain("leaves"), (Outcome{4, "out\n"}));

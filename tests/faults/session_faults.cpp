@@ -36,7 +36,7 @@ CALL(ssize_t, -1, pread, (int file, void* to, size_t size, off_t at), (file, to,
 CALL(ssize_t, -1, write, (int file, const void* from, size_t size), (file, from, size), EIO, EINTR)
 CALL(ssize_t, -1, pwrite, (int file, const void* from, size_t size, off_t at), (file, from, size, at), EIO, ENOSPC, EINTR)
 CALL(int, -1, ftruncate, (int file, off_t size), (file, size), EIO)
-CALL(int, -1, fsync, (int file), (file), EIO, ENOSPC)
+CALL(int, -1, fsync, (int file), (file), EIO, ENOSPC, EINTR)
 CALL(int, -1, pipe2, (int* ends, int flags), (ends, flags), EMFILE)
 CALL(int, -1, fcntl, (int file, int command, long argument), (file, command, argument), EMFILE)
 CALL(int, -1, stat, (const char* path, struct stat* to), (path, to), EIO, EACCES)
