@@ -87,6 +87,7 @@ Failure FromError(const Answer& answer) {
   if (IsMissing(error)) return {Reason::kNoService, {}};
   if (TimedOut(error)) return {Reason::kTimedOut, {}};
   if (Died(error)) return {Reason::kServiceDied, {}};
+  if (error == "org.freedesktop.DBus.Error.NoMemory") return {Reason::kNoMemory, {}};
   if (error == "org.freedesktop.UDisks2.Error.DeviceBusy") return {Reason::kBusy, {}};
   if (IsOneOf(error,
               {"org.freedesktop.UDisks2.Error.NotAuthorized",

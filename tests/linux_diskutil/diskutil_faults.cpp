@@ -14,6 +14,8 @@
 #include <cstdio>
 #include <deque>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -116,8 +118,15 @@ int main() {
       if (saysDone && run.shown != good.shown) return "half a result is called a whole one";
       for (const char* lie : {"not find", "not running", "not support", "no volume", "not mounted"})
         if (run.told.find(lie) != std::string::npos) return "something else is told";
-      const bool canTell = !WIFEXITED(run.status) || run.struck != std::string("write") || run.code == EINTR;
-      return canTell ? run.WhatIsWrong(good) : nullptr;
+      const std::string_view struck = run.struck ? run.struck : "";
+      const bool cannotTell = struck == "write" && run.code != EINTR;
+      const bool cannotKnow =
+          struck == "recvmsg" || struck == "ppoll" || run.told.find("bad_alloc") != std::string::npos;
+      std::ifstream table("/proc/self/mountinfo");
+      const bool isMounted = std::string(std::istreambuf_iterator<char>(table), {}).ends_with(mounted);
+      if (verb.ends_with("ount") && isMounted == isMount && !saysDone && !cannotTell && !cannotKnow)
+        return "it is done, and not said";
+      return WIFEXITED(run.status) && cannotTell ? nullptr : run.WhatIsWrong(good);
     };
     passed &= faults::FailEachCall({session.c_str(), prepare, play, judge}, 200);
   }
