@@ -5,8 +5,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
+
+#include "tests/TextOf.h"
 
 /// A temporary home folder, whose "bin" stands first on PATH.
 class FolderFixture : public testing::Test {
@@ -33,9 +34,3 @@ class FolderFixture : public testing::Test {
 
   std::filesystem::path home_;
 };
-
-/// Text of a file, empty when there is none.
-inline std::string TextOf(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}

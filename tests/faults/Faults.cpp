@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <new>
+
+#include "tests/TextOf.h"
 
 namespace faults {
 namespace {
@@ -27,11 +27,6 @@ struct Shared {
   int code = 0;                  // and the one it had
 };
 Shared* shared = nullptr;
-
-std::string TextOf(const char* name) {
-  std::ifstream file(name);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// What the session leaves behind comes to us, and has to end.
 Run RunOnce(const Session& session, int call, std::size_t error) {

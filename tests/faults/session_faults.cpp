@@ -15,7 +15,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "app/Startup.h"
 #include "framework/Application.h"
@@ -23,6 +22,7 @@
 #include "framework/EventLoop.h"
 #include "framework/Menus.h"
 #include "framework/Toolkit.h"
+#include "tests/TextOf.h"
 #include "tests/faults/Faults.h"
 #include "windows/Window1.h"
 #include "windows/Window3.h"
@@ -143,11 +143,6 @@ std::string NewPreferences(const std::string& feedback) {
          "\n# Show unMount button'\nyes\n# EOF\n";
 }
 
-std::string Preferences() {
-  std::ifstream file("Dravik.prefs");
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 }  // namespace
 
 std::unique_ptr<Toolkit> Toolkit::Make(int&, char**) {
@@ -165,11 +160,11 @@ int main() {
 
   const auto play = [] {
     const int status = _Main(0, nullptr);
-    (Spare(), std::puts(Preferences().c_str()));
+    (Spare(), std::puts(TextOf("Dravik.prefs").c_str()));
     return status;
   };
   const auto judge = [](const faults::Run& good, const faults::Run& run) {
-    const std::string now = Preferences();  // the middle one is changed, where that came to be
+    const std::string now = TextOf("Dravik.prefs");  // the middle one is changed, where that came to be
     const bool kept = now == kPreferences || now == NewPreferences("yes") || now == NewPreferences("no");
     // There was not even the memory to open them, and the person knows.
     const bool unopened = run.code == ENOMEM && run.told.find("bad_alloc") != std::string::npos;

@@ -9,14 +9,15 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/TextOf.h"
+
 /// Ubuntu's standard C++ library opens folders with this one, which umockdev lets through to the real /sys.
 extern "C" int __openat_2(int folder, const char* path, int flags) {
   return openat(folder, path, flags);
 }
 
 std::string TestData(const std::string& name) {
-  std::ifstream file(TEST_DATA "/" + name);
-  return {std::istreambuf_iterator<char>(file), {}};
+  return TextOf(TEST_DATA "/" + name);
 }
 
 Testbed::Testbed() : bed_(umockdev_testbed_new(), g_object_unref), root_(getenv("UMOCKDEV_DIR")) {

@@ -14,12 +14,11 @@
 #include <cstdio>
 #include <deque>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "tests/TextOf.h"
 #include "tests/faults/Faults.h"
 #include "tests/linux_diskutil/Testbed.h"
 #include "tests/linux_diskutil/UdisksMock.h"
@@ -122,8 +121,7 @@ int main() {
       const bool cannotTell = struck == "write" && run.code != EINTR;
       const bool cannotKnow =
           struck == "recvmsg" || struck == "ppoll" || run.told.find("bad_alloc") != std::string::npos;
-      std::ifstream table("/proc/self/mountinfo");
-      const bool isMounted = std::string(std::istreambuf_iterator<char>(table), {}).ends_with(mounted);
+      const bool isMounted = TextOf("/proc/self/mountinfo").ends_with(mounted);
       if (verb.ends_with("ount") && isMounted == isMount && !saysDone && !cannotTell && !cannotKnow)
         return "it is done, and not said";
       return WIFEXITED(run.status) && cannotTell ? nullptr : run.WhatIsWrong(good);

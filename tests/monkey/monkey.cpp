@@ -26,6 +26,7 @@
 
 #include "app/Startup.h"
 #include "framework/EventLoop.h"
+#include "tests/TextOf.h"
 #include "windows/Window1.h"
 
 namespace {
@@ -243,11 +244,6 @@ int RunRound(unsigned seed, char** argv) {
     lastSeen = Clock::now();
   }
   return killed && WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? 0 : status;
-}
-
-std::string TextOf(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// A round with settings that depend on its seed.
