@@ -16,8 +16,8 @@ int WidestLine(const QFont& font, const QString& text) {
 bool Fits(const QFont& font, const QString& text, QSize room, Wrapping wrapping) {
   if (WidestLine(font, text) <= room.width()) return true;
   if (wrapping == Wrapping::kNone) return false;
-  const QRect wrapped = QFontMetrics(font).boundingRect({{0, 0}, room}, Qt::TextWordWrap, text);
-  return wrapped.height() <= room.height() && wrapped.width() <= room.width();
+  const QRect place({0, 0}, room);
+  return place.contains(QFontMetrics(font).boundingRect(place, Qt::TextWordWrap, text));
 }
 
 }  // namespace

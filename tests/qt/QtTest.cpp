@@ -405,7 +405,7 @@ TEST_F(Screen, ShowsTheReportAsPlainTextThatCanBeEdited) {
     QGuiApplication::clipboard()->clear();
     report->paste();
     EXPECT_EQ(copied(), kReport);
-    EXPECT_TRUE(QFontInfo(report->font()).fixedPitch());
+    EXPECT_TRUE(QFontInfo(report->font()).fixedPitch() && report->font().families().contains("Monaco"));
     report->moveCursor(QTextCursor::Start);
     report->setFocus();
     report->activateWindow();
