@@ -74,6 +74,7 @@ const Case kCases[] = {
     {"mount",   "",        {{"", kMounted, true}, {"", ""}},      {"Mount", "Unmount"}, {1, kOther + "was mounted, and is unmounted again\n"}},
     {"mount",   "",        {{"", kMounted, true}, {kBusy, kMounted}}, {"Mount", "Unmount"}, {1, kOther + "was mounted at /media/Backup, where it still is: the volume is in use\n"}},
     {"mount",   "",        {{kError + "AlreadyMounted", kMounted, true}}, {"Mount"},   {1, kGone + "\n"}},
+    {"mount",   "",        {{"org.freedesktop.DBus.Error.NoMemory", "", true}}, {"Mount"}, {1, kOther + "may have been mounted\n"}},
     {"unMount", kMounted,  {{"", "", true}},                      {"Unmount"},         {1, kOther + "may have been unmounted\n"}},
     {"unMount", kMounted,  {{kBusy, kMounted, true}},             {"Unmount"},         {1, kGone + "\n"}},
     {"unMount", kFuse,     {},                                    {},                  {0, kOn + "is not mounted\n"}},
