@@ -223,9 +223,8 @@ TEST_F(ShellTest, AQuitEndsAHangingCommandOfAThread) {
   const Descriptor signs(open(alive.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   Script("bin/stubborn",
          "#!/bin/sh\ntrap '' TERM HUP INT\nexec >" + alive + "\necho\nwhile :; do sleep 0.02; done\n");
-  const fs::path asked = home_ / "asked";
-  Script("bin/leader",  // which obeys, and leaves that one behind
-         "#!/bin/sh\ntrap 'echo >" + asked.string() + "; exit' TERM\nstubborn & wait\n");
+  // Which obeys, and leaves that one behind.
+  Script("bin/leader", "#!/bin/sh\ntrap 'echo >$0.asked; exit' TERM\nstubborn & wait\n");
   const auto worker = New<Worker>();
   worker->Work = [] {
     Execute("leader");
@@ -238,7 +237,7 @@ TEST_F(ShellTest, AQuitEndsAHangingCommandOfAThread) {
   Thread::EndAll();
   EXPECT_LT(std::chrono::steady_clock::now() - quit, std::chrono::seconds(10));
   EXPECT_TRUE(WaitUntil([&] { return read(signs.Fd(), &sign, 1) == 0; })) << "the command still runs";
-  EXPECT_TRUE(fs::exists(asked)) << "it was given no time to obey";
+  EXPECT_TRUE(fs::exists(home_ / "bin/leader.asked")) << "it was given no time to obey";
 }
 
 }  // namespace

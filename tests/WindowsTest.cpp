@@ -15,10 +15,6 @@ class Unfinished : public Window {
   void Event_Open() override { throw NilObjectException(); }
 };
 
-std::string TextOf(const Ref<Label>& label) {
-  return label->Text.Get().Utf8();
-}
-
 TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
   RunProgram([] {
     EventLoop::Deliver([] {
@@ -42,8 +38,9 @@ TEST_F(Windows, AreOneOfEachAndFreshAfterTheirClose) {
       first->Show();
       EXPECT_FALSE(_GetImplicitWindow("Window2.Window2"));
       EXPECT_FALSE(first->staticTitle()->Reachable());
-      EXPECT_EQ(TextOf(Window2()->staticTitle()), "'diskutil' command...");
-      EXPECT_EQ(TextOf(Window2()->StaticText1()), "Looking for Drives / Partitions\rPlease wait...");
+      EXPECT_EQ(Window2()->staticTitle()->Text.Get().Utf8(), "'diskutil' command...");
+      EXPECT_EQ(Window2()->StaticText1()->Text.Get().Utf8(),
+                "Looking for Drives / Partitions\rPlease wait...");
       Window2()->Close();
       Window2()->Close();  // makes one and ends it
       EXPECT_FALSE(_GetImplicitWindow("Window2.Window2"));

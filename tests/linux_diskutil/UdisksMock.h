@@ -45,8 +45,6 @@ class UdisksMock {
     if (thread_.joinable()) thread_.join();
     close(listener_);
   }
-  UdisksMock(const UdisksMock&) = delete;
-  UdisksMock& operator=(const UdisksMock&) = delete;
 
   // What was asked of the device, such as "Mount" or, with leave to ask a person, "Mount?".
   std::vector<std::string> Requests() const {

@@ -78,9 +78,6 @@ int mkdir(const char* path, mode_t mode) noexcept {
   return std::string_view(path).starts_with("/media") ? CallKernel("mkdir", "")
                                                       : mkdirat(AT_FDCWD, path, mode);
 }
-int rmdir(const char* path) noexcept {
-  return std::string_view(path).starts_with("/media") ? 0 : unlinkat(AT_FDCWD, path, AT_REMOVEDIR);
-}
 }
 
 int DiskutilMain(int count, char** words);

@@ -5,7 +5,6 @@
 #include <QCloseEvent>
 #include <QImage>
 #include <QLabel>
-#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMetaEnum>
