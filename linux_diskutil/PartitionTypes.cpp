@@ -59,11 +59,20 @@ constexpr std::array kTypes = {
     Entry{"dos", "0xfd", "Linux RAID"},
 };
 
+struct Scheme {
+  std::string_view tableType;
+  std::string_view name;
+};
+
+constexpr std::array kSchemes = {
+    Scheme{"gpt", "GUID"},
+    Scheme{"dos", "FDisk"},
+    Scheme{"mac", "Apple"},
+};
+
 std::string SchemeName(const std::string& tableType) {
-  if (tableType == "gpt") return "GUID_partition_scheme";
-  if (tableType == "dos") return "FDisk_partition_scheme";
-  if (tableType == "mac") return "Apple_partition_scheme";
-  return tableType + "_partition_scheme";
+  const auto known = std::ranges::find(kSchemes, tableType, &Scheme::tableType);
+  return std::string(known != kSchemes.end() ? known->name : tableType) + "_partition_scheme";
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ TEST(Text, InStrFindsFromAnyStart) {
 
 TEST(Text, TrimTakesAllWhiteSpaceOffTheEndsOnly) {
   for (Integer code = 0; code <= 0x3001; ++code) {
-    const String c = Chr(code), text = c + c + "a" + c + "b" + c;
+    const String c = Chr(code) + "", text = c + c + "a" + c + "b" + c;
     EXPECT_EQ(plain::Of(Trim(text)), plain::Trimmed(plain::Of(text))) << code;
   }
 }

@@ -23,18 +23,13 @@ void ListModel::Copy(Listbox& list) {
   boldMeans_ = OneLine(list.BoldRowMeans);
   italicMeans_ = OneLine(list.ItalicRowMeans);
   headings_ = OneLine(list.AccessibleHeadings).split(',');
-  if (changes.rowsRemoved || columns_ != list.ColumnCount)
-    CopyAll(list);
-  else
-    CopyStale(list, changes);
-}
-
-void ListModel::CopyAll(const Listbox& list) {
-  beginResetModel();
-  columns_ = list.ColumnCount;
-  rows_.clear();
-  Append(list);
-  endResetModel();
+  if (changes.rowsRemoved || columns_ != list.ColumnCount) {
+    beginResetModel();
+    columns_ = list.ColumnCount;
+    rows_.clear();
+    endResetModel();
+  }
+  CopyStale(list, changes);
 }
 
 void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) {
@@ -49,13 +44,9 @@ void ListModel::CopyStale(const Listbox& list, const Listbox::Changes& changes) 
   }
   if (list.ListCount() != had) {
     beginInsertRows({}, had, list.ListCount() - 1);
-    Append(list);
+    while (rowCount() < list.ListCount()) rows_.push_back(CopyRow(list.RowData(rowCount())));
     endInsertRows();
   }
-}
-
-void ListModel::Append(const Listbox& list) {
-  while (rowCount() < list.ListCount()) rows_.push_back(CopyRow(list.RowData(rowCount())));
 }
 
 ListModel::Row ListModel::CopyRow(const Listbox::Row& row) {

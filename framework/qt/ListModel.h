@@ -34,9 +34,7 @@ class ListModel final : public QAbstractTableModel {
   using Row = std::vector<Cell>;
 
   static Row CopyRow(const Listbox::Row& row);
-  void CopyAll(const Listbox& list);
   void CopyStale(const Listbox& list, const Listbox::Changes& changes);
-  void Append(const Listbox& list);
   QString Meaning(const Cell& cell) const;
   QFont FontOf(const Cell& cell) const;
   QString AccessibleText(const Cell& cell, int column) const;
