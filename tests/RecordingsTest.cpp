@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <fstream>
 #include <regex>
 
 #include "tests/headless/ProgramFixture.h"
