@@ -93,11 +93,14 @@ void LabelView::leaveEvent(QEvent*) {
 }
 
 void LabelView::keyPressEvent(QKeyEvent* event) {
-  const int key = event->key();
-  if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)
-    Press();
-  else
-    QLabel::keyPressEvent(event);
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+      return Press();
+    default:
+      return QLabel::keyPressEvent(event);
+  }
 }
 
 void LabelView::paintEvent(QPaintEvent* event) {

@@ -24,9 +24,9 @@ bool BelongsToTexts(const QKeySequence& shortcut) {
 }
 
 QAction::MenuRole RoleOf(const Ref<MenuItem>& item) {
-  if (Cast<AppleMenuItem>(item)) return QAction::AboutRole;
-  if (Cast<QuitMenuItem>(item)) return QAction::QuitRole;
-  return QAction::NoRole;
+  return Cast<AppleMenuItem>(item)  ? QAction::AboutRole
+         : Cast<QuitMenuItem>(item) ? QAction::QuitRole
+                                    : QAction::NoRole;
 }
 
 }  // namespace

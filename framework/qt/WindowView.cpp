@@ -20,14 +20,14 @@
 namespace {
 
 Qt::WindowFlags FlagsOf(const Window& window) {
-  Qt::WindowFlags flags = window.Frame == Window::kDocument ? Qt::Window : Qt::Dialog;
+  const auto box = [](bool there, Qt::WindowType hint) { return there ? hint : Qt::WindowFlags(); };
+  const Qt::WindowFlags kind = window.Frame == Window::kDocument ? Qt::Window : Qt::Dialog;
   // The frame that Qt draws on Wayland has all boxes, whatever it is told.
-  if (IsWayland() && !window.CloseButton) return flags | Qt::FramelessWindowHint;
-  flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
-  flags.setFlag(Qt::WindowCloseButtonHint, window.CloseButton);
-  flags.setFlag(Qt::WindowMinimizeButtonHint, window.MinimizeButton);
-  flags.setFlag(Qt::WindowMaximizeButtonHint, window.MaximizeButton);
-  return flags;
+  if (IsWayland() && !window.CloseButton) return kind | Qt::FramelessWindowHint;
+  return kind | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+         box(window.CloseButton, Qt::WindowCloseButtonHint) |
+         box(window.MinimizeButton, Qt::WindowMinimizeButtonHint) |
+         box(window.MaximizeButton, Qt::WindowMaximizeButtonHint);
 }
 
 }  // namespace
