@@ -66,7 +66,7 @@ class Program:
             path.write_text(text)
             path.chmod(0o755)
         os.environ.update(HOME=str(home), XDG_CONFIG_HOME=str(home), XDG_RUNTIME_DIR=str(home), LC_ALL="C.UTF-8",
-                          PATH=f"{home}/bin:{os.environ['PATH']}", SAMPLE_TOOL=tool, QT_QPA_PLATFORM="xcb",
+                          PATH=f"{home}/bin:{os.environ['PATH']}", SAMPLE_TOOL=tool, QT_QPA_PLATFORM="none;xcb",
                           DRAVIK_DEMO_STATE=str(home / "state"))
         os.environ.pop("WAYLAND_DISPLAY", None)
 
@@ -163,7 +163,9 @@ def message_and_report(screen, program, main):
     until("the feedback window goes", lambda: not screen.others(main, report))
     feedback, *order = screen.came_and_went()
     assert order[:2] == [report.id, -feedback], f"the feedback window does not go last: {feedback}, {order}"
-    screen.press(report, "Return")
+    screen.press(report, "F10")
+    until("the File menu opens", lambda: screen.others(main, report))
+    screen.press(report, "Escape", "Return")
     until("the report goes", lambda: not screen.others(main))
 
 
@@ -248,6 +250,7 @@ def look_around(screen, program, rows, delay, dark):
     for height in (500, 280):
         screen.xdotool("windowsize", main.id, main.width, bar + int(height * screen.scale))
         faults.append(screen.fault())
+    screen.press(main, "Home", "Return")  # a message, where there is a disk, does not keep the program
     program.process.terminate()
     program.expect_end(0, "yes", "yes", "yes")
     return faults
