@@ -190,8 +190,7 @@ void EventLoop::UpdateScreen() {
     explicit Updating(bool& flag) : on(flag) { on = true; }
     ~Updating() { on = false; }
   } updating(loop.updating);
-  while (std::exchange(loop.stale, false))
-    loop.toolkit->Update(Window::OpenWindows(), loop.applicationBar ? loop.applicationBar() : nullptr);
+  while (std::exchange(loop.stale, false)) loop.toolkit->Update(Window::OpenWindows(), loop.applicationBar());
 }
 
 ::Toolkit* EventLoop::Toolkit() {

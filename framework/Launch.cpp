@@ -169,7 +169,7 @@ Launch::Outcome Launch::Job::Start() {
   Pipe pipe;
   if (!started.output) {
     pipe = Pipe::Open();
-    if (pipe.ReadFd() < 0 || pipe.WriteFd() < 0) return Fail(kCannotRun, errno);
+    if (pipe.ReadFd() < 0) return Fail(kCannotRun, errno);
     started.outlet = Outlet::kPipe;
     started.output = pipe.TakeReadEnd();
     fcntl(started.output.Fd(), F_SETFL, O_NONBLOCK);
@@ -190,7 +190,7 @@ Launch::Outcome Launch::OnThisThread(const std::vector<std::string>& words, cons
 Launch::Launch(const std::vector<std::string>& words, const std::string& toolFolder)
     : job_(std::make_shared<Job>(words, toolFolder, Outlet::kFile)) {
   job_->done = Pipe::Open();
-  if (job_->done.ReadFd() < 0 || job_->done.WriteFd() < 0) {
+  if (job_->done.ReadFd() < 0) {
     job_->outcome = job_->Fail(kCannotRun, errno);
     return;
   }

@@ -1,8 +1,5 @@
 #include "framework/Menus.h"
 
-#include <algorithm>
-#include <array>
-
 #include "framework/Application.h"
 #include "framework/EventLoop.h"
 #include "framework/Toolkit.h"
@@ -14,15 +11,16 @@ struct EditItem {
   EditCommand command;
 };
 
-constexpr std::array kEditItems{
-    EditItem{"EditUndo", EditCommand::kUndo}, EditItem{"EditCut", EditCommand::kCut},
-    EditItem{"EditCopy", EditCommand::kCopy}, EditItem{"EditPaste", EditCommand::kPaste},
-    EditItem{"EditClear", EditCommand::kClear}};
+constexpr EditItem kEditItems[] = {{"EditUndo", EditCommand::kUndo},
+                                   {"EditCut", EditCommand::kCut},
+                                   {"EditCopy", EditCommand::kCopy},
+                                   {"EditPaste", EditCommand::kPaste},
+                                   {"EditClear", EditCommand::kClear}};
 
 const EditItem* EditItemNamed(const String& name) {
-  const auto found = std::find_if(kEditItems.begin(), kEditItems.end(),
-                                  [&](const EditItem& item) { return name == String(item.name); });
-  return found == kEditItems.end() ? nullptr : &*found;
+  for (const EditItem& item : kEditItems)
+    if (name == item.name) return &item;
+  return nullptr;
 }
 
 bool DoesSomething(const MenuItem& item, const Ref<Window>& front) {

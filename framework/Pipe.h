@@ -9,7 +9,7 @@ class Pipe {
  public:
   /// A pipe with no ends yet.
   Pipe() = default;
-  /// Opens a pipe; its ends are closed (-1) when the system has no descriptors left.
+  /// Opens a pipe; it has neither end (-1) when the system has no descriptors left.
   static Pipe Open();
 
   int ReadFd() const { return read_.Fd(); }

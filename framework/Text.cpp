@@ -1,9 +1,7 @@
 #include "framework/Text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <limits>
+#include <string>
 #include <type_traits>
 
 namespace {
@@ -36,7 +34,8 @@ std::size_t Search(const Source& source, std::size_t from, const Find& find) {
 
 Integer InStr(Integer start, const String& source, const String& find) {
   const Integer first = std::max<Integer>(start, 1);
-  if (first > Len(source) || find.Empty()) return find.Empty() && first <= Len(source) ? first : 0;
+  if (first > Len(source)) return 0;
+  if (find.Empty()) return first;
   const std::size_t from = static_cast<std::size_t>(first - 1);
   const std::size_t index = source.Visit([&](const auto& text) {
     return find.Visit([&](const auto& token) { return Search(text, from, token); });
@@ -66,7 +65,5 @@ String Trim(const String& source) {
 }
 
 String Str(Integer value) {
-  std::array<char, std::numeric_limits<Integer>::digits10 + 2> digits;
-  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-  return String(std::string(digits.data(), error == std::errc() ? end : digits.data()));
+  return std::to_string(value);
 }

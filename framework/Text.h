@@ -14,9 +14,6 @@ using Integer = std::int64_t;
 /// there is none. A `start` below 1 means 1; behind the end of `source` nothing is found.
 Integer InStr(Integer start, const String& source, const String& find);
 
-/// The part of `source` whose positions lie in [start, start + length), for any numbers.
-inline String Mid(const String& source, Integer start, Integer length);
-
 /// `source` without the Unicode white space at its two ends.
 String Trim(const String& source);
 
@@ -38,6 +35,7 @@ inline String Chr(Integer code) {
 /// `Mid` for any part of the text; `Mid` itself deals with one character, which loops ask for.
 String Part(const String& source, Integer start, Integer length);
 
+/// The part of `source` whose positions lie in [start, start + length), for any numbers.
 inline String Mid(const String& source, Integer start, Integer length) {
   const bool oneInside = length == 1 && start >= 1 && start <= Len(source);
   return oneInside ? String(source[static_cast<std::size_t>(start - 1)]) : Part(source, start, length);

@@ -49,7 +49,7 @@ void Thread::Run() {
   if (running_) throw ThreadAlreadyRunningException();
   Join(std::exchange(leaving, {}));
   Pipe kill = Pipe::Open();
-  if (kill.ReadFd() < 0 || kill.WriteFd() < 0) CannotRun(errno);
+  if (kill.ReadFd() < 0) CannotRun(errno);
   try {
     // Nothing is allocated once the thread runs.
     running.reserve(running.size() + 1);

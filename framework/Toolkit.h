@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "framework/EventLoop.h"
 #include "framework/Picture.h"
 #include "framework/Screen.h"
 #include "framework/String.h"

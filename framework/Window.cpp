@@ -1,6 +1,5 @@
 #include "framework/Window.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "framework/Screen.h"
@@ -133,7 +132,7 @@ void Window::AddControl(const Ref<Control>& control, const String& name, const P
 }
 
 Ref<Control> Window::ControlNamed(const String& name) const {
-  const auto found = std::find_if(controls_.begin(), controls_.end(),
-                                  [&](const Ref<Control>& control) { return control->Name == name; });
-  return found == controls_.end() ? nullptr : *found;
+  for (const auto& control : controls_)
+    if (control->Name == name) return control;
+  return nullptr;
 }

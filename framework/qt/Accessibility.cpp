@@ -4,7 +4,6 @@
 #include <QAccessibleWidget>
 #include <QTableView>
 #include <utility>
-#include <vector>
 
 #include "framework/qt/CanvasView.h"
 #include "framework/qt/LabelView.h"

@@ -1,7 +1,6 @@
 #include "framework/qt/EditedSeams.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <utility>
 
 void EditedSeams::Set(ShownText::Seams seams) {

@@ -18,7 +18,6 @@
 #include "framework/Application.h"
 #include "framework/EventLoop.h"
 #include "framework/qt/Accessibility.h"
-#include "framework/qt/Conversions.h"
 #include "framework/qt/MessageBox.h"
 
 namespace {

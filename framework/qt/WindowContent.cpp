@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "framework/qt/Conversions.h"
 #include "framework/qt/LabelView.h"
 #include "framework/qt/MenuKeys.h"
 #include "framework/qt/TabPanelView.h"

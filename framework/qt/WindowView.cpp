@@ -1,6 +1,5 @@
 #include "framework/qt/WindowView.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>

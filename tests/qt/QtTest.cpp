@@ -9,7 +9,6 @@
 #include <QMessageBox>
 #include <QMetaEnum>
 #include <QMimeData>
-#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
