@@ -172,7 +172,7 @@ int main() {
     return misled ? "a tool that is there is said to be missing" : run.WhatIsWrong(good);
   };
   const auto prepare = [] { std::ofstream("Dravik.prefs") << kPreferences; };
-  const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 150);
+  const bool passed = faults::FailEachCall({"dravik", prepare, play, judge}, 120);
   std::filesystem::remove_all(home);
   return passed ? 0 : 1;
 }
